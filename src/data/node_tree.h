@@ -18,6 +18,9 @@ namespace rm {
 
 class Node;
 
+// Deepest nesting of child nodes that Load accepts and Save writes.
+constexpr int kMaxTreeDepth = 256;
+
 // Handle to a Node. Copying adds a reference, dropping one releases it; the Node deletes
 // itself when the last reference goes. A null NodeRef is legal: every operation on it is a
 // no-op that returns the neutral result (-1, 0, null, or the default passed in).
@@ -62,11 +65,17 @@ public:
     const std::string& ItemName(int index) const;
     const Variant& ItemValue(int index) const;
     NodeRef ItemChild(int index) const;  // null when the item has no child; emits no debug text
-    void Append(const std::string& name, const Variant& value, const NodeRef& child = NodeRef()) const;
+    void Append(const std::string& name, const Variant& value) const;
+    void Append(const std::string& name, const Variant& value, const NodeRef& child) const;
+    // Removes the item at `index` with its child reference; out of range does nothing.
+    void RemoveAt(int index) const;
 
     // Binary tree file format. Save writes at the file's position and stops at the first
     // failed write. Load clears the node and reads one tree at the file's position, leaving
     // the position behind the last byte it took; items read before a failure stay.
+    // Load refuses (returns false) a negative length, an unknown type code, a value text
+    // that does not convert to its type, and nesting deeper than kMaxTreeDepth; lengths and
+    // counts never allocate more than the bytes that actually arrive.
     bool Save(std::FILE* file) const;
     bool Load(std::FILE* file) const;
 

@@ -71,6 +71,12 @@ private:
     std::string s_;
 };
 
+template <> int16_t Variant::As<int16_t>() const;
+template <> int32_t Variant::As<int32_t>() const;
+template <> uint8_t Variant::As<uint8_t>() const;
+template <> double Variant::As<double>() const;
+template <> std::string Variant::As<std::string>() const;
+
 // The tag that a C++ type maps to.
 template <class T>
 struct VarTypeOf;
