@@ -4,6 +4,7 @@
 // an instrument frame, or by the virtual river, and written back by the data file writer.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
