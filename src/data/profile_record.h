@@ -2,6 +2,7 @@
 // One profile as it is held in memory: the decoded 80-byte header with its raw image, the
 // optional blocks, and the per-beam arrays. The same record is filled from a data file, from
 // an instrument frame, or by the virtual river, and written back by the data file writer.
+// Also the wave burst record that is interleaved with profiles when wave data are recorded.
 
 #include <array>
 #include <cstddef>
@@ -17,8 +18,10 @@ constexpr size_t kCtdBlockSize = 16;
 constexpr size_t kExtSensorBlockSize = 8;
 constexpr size_t kGpsBlockSize = 48;
 constexpr size_t kGpsBlockSizeShort = 40;
+constexpr size_t kChecksumSize = 2;
 constexpr int16_t kBadVelocity = 32767;
 constexpr int16_t kUnwrapBadVelocity = 9999;
+constexpr uint8_t kBottomTrackFillByte = 0x09;
 
 // Profile header, current layout. `raw` keeps every byte as read (old-layout headers are moved
 // into the current layout on reading); the named fields are decoded from it and written back
@@ -69,7 +72,7 @@ struct ProfileRecord {
     bool hasBottomTrack = false;
     std::array<uint8_t, kBottomTrackBlockSize> bottomTrack{};  // byte order as the processing reads it
     bool hasCtd = false;
-    std::array<uint8_t, kCtdBlockSize> ctdRaw{};
+    std::array<uint8_t, kCtdBlockSize> ctdRaw{};  // the block as stored; written back when it still matches `ctd`
     CtdValues ctd;
     bool hasExtSensor = false;
     std::array<uint16_t, 4> extSensor{};  // in logical order 1, 2, 3, 4
@@ -82,9 +85,30 @@ struct ProfileRecord {
     std::vector<uint8_t> stdError;
     std::vector<uint8_t> amplitude;
 
+    // Sizes the arrays for `cellCount` x `beamCount`; every velocity becomes the bad value,
+    // standard error and amplitude 0. Called once per file for a cache slot, not per read.
     void Resize(int cellCount, int beamCount);
-    int16_t& Velocity(int beam, int cell) { return velocity[static_cast<size_t>(beam * cells + cell)]; }
-    int16_t Velocity(int beam, int cell) const { return velocity[static_cast<size_t>(beam * cells + cell)]; }
+    int16_t& Velocity(int beam, int cell) { return velocity[Index(beam, cell)]; }
+    int16_t Velocity(int beam, int cell) const { return velocity[Index(beam, cell)]; }
+    uint8_t& StdError(int beam, int cell) { return stdError[Index(beam, cell)]; }
+    uint8_t StdError(int beam, int cell) const { return stdError[Index(beam, cell)]; }
+    uint8_t& Amplitude(int beam, int cell) { return amplitude[Index(beam, cell)]; }
+    uint8_t Amplitude(int beam, int cell) const { return amplitude[Index(beam, cell)]; }
+
+private:
+    size_t Index(int beam, int cell) const { return static_cast<size_t>(beam * cells + cell); }
+};
+
+// One wave burst: the 80-byte wave header kept as read (same offsets as a profile header up to
+// 35) and the pressure samples, three bytes each, little-endian.
+struct WaveBurst {
+    std::array<uint8_t, kProfileHeaderSize> header{};
+    std::vector<uint8_t> samples;  // 3 bytes a sample
+
+    size_t SampleCount() const { return samples.size() / 3; }
+    // Sample i as the low three bytes of a zeroed 32-bit word.
+    uint32_t Sample(size_t i) const;
+    void SetSample(size_t i, uint32_t value);
 };
 
 }  // namespace rm

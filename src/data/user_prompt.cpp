@@ -6,6 +6,10 @@ namespace rm {
 
 void StderrPrompt::Message(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
 
+void StderrPrompt::TitledMessage(const std::string& title, const std::string& text) {
+    std::fprintf(stderr, "%s: %s\n", title.c_str(), text.c_str());
+}
+
 bool StderrPrompt::AskYesNo(const std::string& question) {
     std::fprintf(stderr, "%s [%s]\n", question.c_str(), answerYes_ ? "Yes" : "No");
     return answerYes_;
