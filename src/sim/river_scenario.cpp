@@ -1,0 +1,216 @@
+#include "sim/river_scenario.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+
+#include "data/profile_codec.h"
+#include "sim/geo_offset.h"
+#include "sim/instrument_geometry.h"
+
+namespace rm::sim {
+
+namespace {
+
+constexpr uint8_t kOperRecordType = 17;
+constexpr uint8_t kUserRecordType = 18;
+constexpr uint16_t kPingIntervalTenths = 2;
+
+bool EndsWithKvr(const std::string& path) {
+    if (path.size() < 5) return false;
+    std::string ext = path.substr(path.size() - 4);
+    for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const char before = path[path.size() - 5];
+    return ext == ".kvr" && before != '/';
+}
+
+std::string Stem(const std::string& path) {
+    const size_t slash = path.find_last_of('/');
+    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    if (name.size() >= 4) name.resize(name.size() - 4);
+    return name;
+}
+
+bool PlainText(const std::string& text) {
+    for (unsigned char c : text) {
+        if (c < 0x20 || c > 0x7E) return false;
+    }
+    return true;
+}
+
+// The speed of sound (m/s) of the water the instrument was told about, at the surface.
+double SoundSpeed(double salinity, double temperature) {
+    const double t = temperature;
+    return 1449.2 + t * (4.6 + t * (-0.055 + 0.00029 * t)) + (salinity - 35.0) * (1.34 - 0.01 * t);
+}
+
+std::string ValidateInstrument(const InstrumentOptions& in) {
+    if (in.frequencyIndex < 0 || in.frequencyIndex > 6) return "the frequency index must be 0 to 6";
+    if (in.beams != 3 && in.beams != 4) return "the number of beams must be 3 or 4";
+    if (in.cells < 1 || in.cells > 128) return "the number of cells must be 1 to 128";
+    if (in.cellSizeCm < 1 || in.cellSizeCm > 1000) return "the cell size must be 1 to 1000 cm";
+    if (in.blankCm < 0 || in.blankCm > 1000) return "the blanking distance must be 0 to 1000 cm";
+    if (in.transducerDepthCm < 0 || in.transducerDepthCm > 1000) return "the transducer depth must be 0 to 1000 cm";
+    if (in.coordinateSystem < 0 || in.coordinateSystem > 2) return "the coordinate system must be beam, xyz or enu";
+    if (in.bottomTrackMode < 0 || in.bottomTrackMode > 2) return "the bottom track mode must be 0, 1 or 2";
+    // Below 4.4 the setup's tail (bottom track, internal GPS) is not read back; from 16.5 on the
+    // velocity resolution of the shallow-water formats changes.
+    if (in.cpuVersion < 44 || in.cpuVersion > 164) return "the firmware version number must be 44 to 164";
+    if (in.serialNumber.empty() || in.serialNumber.size() > 9 || !PlainText(in.serialNumber))
+        return "the serial number must be 1 to 9 plain characters";
+    if (!std::isfinite(in.temperatureC) || in.temperatureC < -5.0 || in.temperatureC > 40.0)
+        return "the water temperature must be -5 to 40 degrees C";
+    if (!std::isfinite(in.salinityPpt) || in.salinityPpt < 0.0 || in.salinityPpt > 60.0)
+        return "the salinity must be 0 to 60 ppt";
+    return {};
+}
+
+// A reader takes in at most kMaxRecordBytes of one profile record.
+std::string ValidateRecordSize(const RiverScenario& s) {
+    const InstrumentRecords records = BuildInstrumentRecords(s);
+    const GpsForm gps = s.gps == GpsSource::None ? GpsForm::None : GpsForm::Long48;
+    const size_t bytes = MakeProfileLayout(records.conf, records.user, gps, 2).RecordSize();
+    if (bytes <= kMaxRecordBytes) return {};
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "a profile record of %zu bytes is larger than the %d bytes a reader takes in; use fewer cells", bytes,
+                  kMaxRecordBytes);
+    return text;
+}
+
+// A description of the scenario for the setup's comment lines when the user gave none.
+std::string DefaultComment(const RiverScenario& s, int line) {
+    char text[128];
+    if (line == 0) {
+        std::snprintf(text, sizeof text, "Virtual river %.1f m wide, %.2f m deep, %.2f m/s", s.river.widthM,
+                      s.river.maxDepthM, s.river.maxVelocityMs);
+    } else if (line == 1) {
+        std::snprintf(text, sizeof text, "From the %s bank at %.2f m/s, %d x %d s",
+                      s.crossing.startBank == StartBank::Left ? "left" : "right", s.crossing.boatSpeedMs,
+                      s.crossing.profiles, s.crossing.intervalS);
+    } else {
+        std::snprintf(text, sizeof text, "Noise %.2f cm/s, seed %llu", s.velocityNoiseCms,
+                      static_cast<unsigned long long>(s.seed));
+    }
+    std::string comment = text;
+    if (comment.size() > 59) comment.resize(59);
+    return comment;
+}
+
+}  // namespace
+
+std::string DeploymentNameOf(const RiverScenario& s) {
+    if (!s.deploymentName.empty()) return s.deploymentName;
+    std::string stem = Stem(s.outputPath);
+    if (stem.size() > 8) stem.resize(8);
+    return stem;
+}
+
+CellLayout CellLayoutOf(const InstrumentOptions& in) {
+    CellLayout layout;
+    layout.transducerDepthM = in.transducerDepthCm * 0.01;
+    layout.blankM = in.blankCm * 0.01;
+    layout.cellM = in.cellSizeCm * 0.01;
+    layout.cells = in.cells;
+    layout.discardPercent = 10.0;
+    return layout;
+}
+
+std::string ValidateScenario(const RiverScenario& s) {
+    if (std::string e = s.river.Validate(); !e.empty()) return e;
+    if (std::string e = ValidateCrossing(s.river, s.crossing); !e.empty()) return e;
+    if (std::string e = ValidateInstrument(s.instrument); !e.empty()) return e;
+    if (std::string e = ValidateRecordSize(s); !e.empty()) return e;
+    GeoReference geo;
+    geo.latitudeDeg = s.latitudeDeg;
+    geo.longitudeDeg = s.longitudeDeg;
+    if (std::string e = ValidateGeoReference(geo); !e.empty()) return e;
+    if (!std::isfinite(s.velocityNoiseCms) || s.velocityNoiseCms < 0.0 || s.velocityNoiseCms > 100.0 ||
+        !std::isfinite(s.bottomTrackNoiseCms) || s.bottomTrackNoiseCms < 0.0 || s.bottomTrackNoiseCms > 100.0)
+        return "the noise must be 0 to 100 cm/s";
+    if (!EndsWithKvr(s.outputPath)) return "the output file must be named *.kvr";
+    const std::string name = DeploymentNameOf(s);
+    if (name.empty() || name.size() > 8 || !PlainText(name) || name.find('/') != std::string::npos)
+        return "the deployment name must be 1 to 8 plain characters";
+    for (const std::string& line : s.comments) {
+        if (line.size() > 59 || !PlainText(line)) return "a comment line must be at most 59 plain characters";
+    }
+    // The boat must float where the crossing begins and ends.
+    const SpanEnds ends = SpanEndsOf(s.river, s.crossing);
+    const double transducer = s.instrument.transducerDepthCm * 0.01;
+    const double endDepth = std::min(s.river.Depth(ends.startY), s.river.Depth(ends.endY));
+    if (endDepth <= transducer + 0.01) {
+        char text[160];
+        std::snprintf(text, sizeof text,
+                      "the water at an end of the crossing is %.2f m deep, not deeper than the transducer at %.2f m",
+                      endDepth, transducer);
+        return text;
+    }
+    return {};
+}
+
+InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
+    const InstrumentOptions& in = s.instrument;
+    InstrumentRecords r;
+
+    InstrumentConf& c = r.conf;
+    c.type = kConfType;
+    c.version = 2;
+    c.size = static_cast<uint16_t>(kConfSize);
+    c.CPUSoftwareVerNum = static_cast<uint8_t>(in.cpuVersion);
+    c.DSPSoftwareVerNum = 30;
+    c.BoardRev = 'F';
+    c.SerialNumber = in.serialNumber;
+    c.KvrType = static_cast<uint8_t>(in.frequencyIndex);
+    c.Nbeams = static_cast<uint8_t>(in.beams);
+    c.BeamGeometry = in.beams == 4 ? 3 : 1;  // "4_Beams_JANUS" or "3_Beams"
+    c.SlantAngle = static_cast<int16_t>(std::lround(kBeamSlantDeg * 10.0));
+    c.SensorOrientation = 0;  // down
+    c.CompassInstalled = 1;
+    c.RecorderInstalled = 1;
+    c.TemperatureInstalled = 1;
+    c.PressureInstalled = 0;
+    const std::array<int16_t, 16> matrix = BeamMatrixEntries(in.beams, kBeamSlantDeg);
+    std::copy(matrix.begin(), matrix.end(), c.TransformationMatrix.begin());
+    c.reserved68 = 90;
+    c.InternalGpsAvailable = s.gps == GpsSource::Internal ? 1 : 0;
+
+    OperationRecord& o = r.oper;
+    o.type = kOperRecordType;
+    o.version = 1;
+    o.size = static_cast<uint16_t>(kOperSize);
+
+    UserSetup& u = r.user;
+    u.type = kUserRecordType;
+    u.version = 1;
+    u.size = static_cast<uint16_t>(kUserSize);
+    u.DefaultTemperature = static_cast<int16_t>(std::lround(in.temperatureC * 10.0));
+    u.DefaultSalinity = static_cast<int16_t>(std::lround(in.salinityPpt * 10.0));
+    u.DefaultSpeedOfSound = static_cast<int16_t>(std::lround(SoundSpeed(in.salinityPpt, in.temperatureC) * 10.0));
+    u.NumberOfCells = static_cast<uint16_t>(in.cells);
+    u.CellSizeCm = static_cast<float>(in.cellSizeCm);
+    u.BlankDistance = static_cast<uint16_t>(in.blankCm);
+    u.SensorDepth = static_cast<uint32_t>(in.transducerDepthCm);
+    u.TemperatureMode = 1;  // measured: the header carries the same temperature
+    u.AveragingInterval = static_cast<uint16_t>(s.crossing.intervalS);
+    u.ProfileInterval = static_cast<uint16_t>(s.crossing.intervalS);
+    u.PingInterval = kPingIntervalTenths;
+    u.CoordinateSystem = static_cast<uint8_t>(in.coordinateSystem);
+    u.DeploymentName = DeploymentNameOf(s);
+    u.DeploymentYear = static_cast<int16_t>(s.crossing.start.year);
+    u.DeploymentMonth = static_cast<uint8_t>(s.crossing.start.month);
+    u.DeploymentDay = static_cast<uint8_t>(s.crossing.start.day);
+    u.DeploymentHour = static_cast<uint8_t>(s.crossing.start.hour);
+    u.DeploymentMinute = static_cast<uint8_t>(s.crossing.start.minute);
+    u.DeploymentSecond = static_cast<uint8_t>(s.crossing.start.second);
+    const bool described = s.comments[0].empty() && s.comments[1].empty() && s.comments[2].empty();
+    u.CommentLine1 = described ? DefaultComment(s, 0) : s.comments[0];
+    u.CommentLine2 = described ? DefaultComment(s, 1) : s.comments[1];
+    u.CommentLine3 = described ? DefaultComment(s, 2) : s.comments[2];
+    u.BottomTrack = static_cast<uint8_t>(in.bottomTrackMode);
+    u.EnableInternalGps = s.gps == GpsSource::Internal ? 1 : 0;
+    return r;
+}
+
+}  // namespace rm::sim
