@@ -105,10 +105,6 @@ private:
 
 // The 16-bit additive checksum that closes every profile and wave record and every profile
 // frame from the instrument: start value 0xA596, every byte added, carries dropped.
-inline uint16_t RecordChecksum(const uint8_t* data, size_t size) {
-    uint16_t sum = 0xA596;
-    for (size_t i = 0; i < size; ++i) sum = static_cast<uint16_t>(sum + data[i]);
-    return sum;
-}
+uint16_t RecordChecksum(const uint8_t* data, size_t size);
 
 }  // namespace rm

@@ -1,0 +1,185 @@
+#pragma once
+// CSurveyKVRDoc: the data set that one document window shows — the data file with its side
+// files, the window of profiles held in memory with their processing results, the trees, the
+// discharge measurement and the transport (play, pause, stop and the moves). One class for a
+// playback of a recording and for a live collection; the mode never changes in its life.
+//
+// The window. Items (the profiles chosen in the load dialog, numbered from 1) are processed in
+// order from the first, since the track and the sums run on from profile to profile. The window
+// holds the last `WindowSize()` items processed: a move to an item inside it reads nothing; a
+// move forward reads and processes the items up to the target; a move back before the window
+// rebuilds it by processing again from item 1 (ReloadWindow).
+//
+// Reading errors while loading or playing: "KVR DataFile: Incorrect file format" during the
+// first window, "Incorrect file format" later; the position stays at the last good profile and
+// the state becomes paused. The recomputation after a change of settings absorbs them instead
+// (the profile keeps the previous track point and gets no discharge).
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/app_settings.h"
+#include "app/load_fields.h"
+#include "app/playback_transport.h"
+#include "data/cfg_file.h"
+#include "data/kvr_data.h"
+#include "data/pmk_file.h"
+#include "data/system_tree.h"
+#include "data/user_prompt.h"
+#include "processing/discharge_data.h"
+#include "processing/processing_context.h"
+#include "processing/profile_source.h"
+#include "processing/recompute_pass.h"
+#include "processing/settings_reader.h"
+
+namespace rm {
+
+constexpr const char* kProgramName = "Quorle Ripplemark";
+constexpr int kDefaultProfilesHeld = 3000;
+
+class CSurveyKVRDoc {
+public:
+    struct Options {
+        int profilesHeld = kDefaultProfilesHeld;  // "Number of Profiles Displayed"
+        // Makes the reader of the data file; the default reads through CKvrData.
+        std::function<std::unique_ptr<ProfileSource>(CKvrData&)> makeSource;
+    };
+
+    CSurveyKVRDoc(AppSettings& app, UserPrompt& prompt, int mode = kModePlayback);
+    CSurveyKVRDoc(AppSettings& app, UserPrompt& prompt, int mode, Options options);
+    ~CSurveyKVRDoc();
+    CSurveyKVRDoc(const CSurveyKVRDoc&) = delete;
+    CSurveyKVRDoc& operator=(const CSurveyKVRDoc&) = delete;
+
+    // --- opening and closing ---
+    // Opens a recording with its .cfg and .pmk and loads the first window. 1 on success, 0 when
+    // the open failed (the person has been told why, the file is closed).
+    int OpenDocument(const std::string& path, const LoadFields& load = LoadFields{});
+    // Frees the window and closes the data file.
+    void CloseDocument();
+    // The close of the document's window: false when the person chose to keep collecting.
+    // Otherwise writes the .cfg unless the measurement is locked, stores ShowXAxisAs in the
+    // application's General and closes.
+    bool OnCloseDocument();
+    bool IsOpen() const { return data_.IsOpen(); }
+
+    // --- the data set ---
+    const std::string& Path() const { return path_; }
+    const std::string& Folder() const { return folder_; }  // with its trailing separator
+    const std::string& Stem() const { return stem_; }      // file name without ".kvr"
+    int ProfileCount() const { return itemCount_; }      // items that reach the document
+    int FileProfileCount() const { return data_.ProfileCount(); }
+    int WindowSize() const { return window_; }
+    int WindowStart() const { return windowStart_; }
+    int WindowEnd() const { return windowEnd_; }
+    int CurrentProfile() const { return current_; }
+    double VelocityScale() const { return velocityScale_; }
+    double MagneticDeclination() const { return declination_; }
+
+    CKvrData& Data() { return data_; }
+    const CKvrData& Data() const { return data_; }
+    const NodeRef& Root() const { return root_; }
+    const NodeRef& SystemRoot() const { return systemRoot_; }
+    const PmkState& Pmk() const { return pmk_; }
+    const CfgValues& Values() const { return values_; }
+    const ProcessingSettings& Settings() const { return settings_; }
+    const CDischargeData& Measurement() const { return *discharge_; }
+    std::shared_ptr<CDischargeData> MeasurementRecord() const { return discharge_; }
+    const std::vector<SlotResults>& Slots() const { return slots_; }
+    const RunningState& Running() const { return state_; }
+    // The results of item `item` while it is in the window; null otherwise.
+    const SlotResults* ResultsOf(int item) const;
+    const ProfileSource& Source() const { return *source_; }
+    ProcessingContext Context();
+
+    // --- settings ---
+    void SetCoordinateSystem(int system);
+    // Bottom track or GPS as velocity reference also sets the track reference when the
+    // application links the two (VelocityTrackReference 1).
+    void SetVelocityReference(int reference);
+    void SetTrackReference(int reference);
+    // After any change of a setting: a fresh snapshot and the recomputation up to the current
+    // profile (at least 1); in live operation ReprocessRing only.
+    void SettingsChanged();
+    // The full pass over the data set ("&RECOMPUTE", exports); the window ends at the last
+    // profile afterwards, and so does the position. An observer sees every profile.
+    bool Recompute(PassObserver* observer = nullptr);
+    // Lock Measurement: flips FileIsLocked and writes the .cfg at once.
+    bool LockMeasurement();
+    bool FileIsLocked() const { return values_.fileIsLocked; }
+    // Writes the .cfg as closing does (not while locked). False when it could not be written.
+    bool SaveSideFile();
+
+    // --- navigation ---
+    // Moves to item n (limited to 1..count) and processes what the move needs. False when a
+    // read failed (the position is then the last good profile and the state paused).
+    bool GotoProfile(int n);
+    // Rebuilds the window around the current profile from the first profile.
+    bool ReloadWindow();
+
+    // --- transport ---
+    const PlaybackTransport& Transport() const { return transport_; }
+    int Mode() const { return transport_.Mode(); }
+    int PlayState() const { return transport_.State(); }
+    std::string StatusText() const { return transport_.Status(); }
+    void Play();
+    void Pause();
+    void Stop();
+    void FullRewind();
+    void RewindTo(int n);
+    void ForwardTo(int n);
+    void FullForward();
+    void StepForward();
+    void StepBackward();
+    void SetSpeed(int speedIndex);
+    // Timer 1107 in playback: one profile on while running, never beyond the last.
+    void PlaybackTick();
+
+private:
+    bool OpenSteps(const std::string& path, const LoadFields& load);
+    bool AllocateProfiles(int slots);
+    void ReadSideFilesAndSetup();
+    void StartNewMeasurement();
+    void SnapshotSettings();
+    bool LoadFirstWindow();
+    // Takes items from the end of the window up to `target`; stops at a read failure.
+    bool LoadForward(int target, bool firstPass);
+    bool RebuildTo(int target, bool firstPass);
+    void ReadFailed(int lastGood, bool firstPass);
+    void PrepareMove();
+    void SplitPath(const std::string& path);
+
+    AppSettings& app_;
+    UserPrompt& prompt_;
+    Options options_;
+    PlaybackTransport transport_;
+
+    CKvrData data_;
+    std::unique_ptr<ProfileSource> source_;
+    PmkState pmk_;
+    NodeRef root_ = NodeRef::MakeNew();
+    NodeRef systemRoot_ = NodeRef::MakeNew();
+    CfgValues values_;
+    SystemDocumentFields systemFields_;
+    DocumentProcessingFields fields_;
+
+    std::vector<SlotResults> slots_;
+    RunningState state_;
+    ProcessingSettings settings_;
+    std::shared_ptr<CDischargeData> discharge_;
+    ProfileWorkingValues working_;
+
+    std::string path_, folder_, stem_;
+    int itemCount_ = 0;
+    int window_ = 0;
+    int windowStart_ = 1, windowEnd_ = 0;
+    int current_ = 0;
+    double velocityScale_ = 1.0;
+    double declination_ = 0.0;
+    bool rebuildOnPlay_ = false;  // Stop was pressed: the next Play rebuilds the data
+};
+
+}  // namespace rm
