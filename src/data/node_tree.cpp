@@ -130,7 +130,8 @@ NodeRef NodeRef::GetOrCreateChild(const std::string& name) const {
 
 Variant& NodeRef::GetValue(const std::string& name, const Variant& def) const {
     if (!node_) {
-        static Variant scratch;
+        // One per thread: documents on separate threads each read through null references.
+        thread_local Variant scratch;
         scratch = def;
         return scratch;
     }

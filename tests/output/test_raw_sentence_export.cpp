@@ -1,0 +1,67 @@
+// The raw GPS and echo sounder export: sentences of the side file's profile trees, one a line,
+// filtered by the stream's prefix and by the selection setting.
+
+#include <gtest/gtest.h>
+
+#include "ascii_test_support.h"
+#include "data/nmea_sentences.h"
+#include "data/pmk_file.h"
+#include "output/raw_sentence_export.h"
+
+namespace rm {
+namespace {
+
+using asciitest::ReadAll;
+using asciitest::ScratchFolder;
+
+const std::string kGga1 = "$GPGGA,120000.00,4500.0000,N,00700.0000,E,1,08,1.0,10.0,M,,M,,*4F";
+const std::string kRmc1 = "$GPRMC,120000.00,A,4500.0000,N,00700.0000,E,1.0,90.0,010120,1.5,E*00";
+const std::string kGga2 = "$GPGGA,120001.00,4500.0010,N,00700.0010,E,1,08,1.0,10.0,M,,M,,*4E";
+const std::string kDpt = "$SDDPT,3.50,0.20*6C";
+
+// Side-file trees as a recording stores them: per profile GPSData and EsData branches.
+NodeRef SideFileRoot() {
+    NodeRef root = NodeRef::MakeNew();
+    root.Append("Settings", Variant(), NodeRef::MakeNew());
+    const NodeRef gps1 = BuildSentenceTree({kGga1, kRmc1}, kGpsTalkerPrefix);
+    const NodeRef echo1 = BuildSentenceTree({kDpt}, kEchoTalkerPrefix);
+    root.Append(ProfileNodeName(1), Variant(), MakeProfileNode(gps1, echo1));
+    const NodeRef gps2 = BuildSentenceTree({kGga2}, kGpsTalkerPrefix);
+    // A sentence of another talker stored by hand must not pass the "$GP" filter.
+    gps2.Append("GSA", Variant(std::string("$GNGSA,A,3*1F")));
+    root.Append(ProfileNodeName(2), Variant(), MakeProfileNode(gps2, NodeRef()));
+    return root;
+}
+
+TEST(RawSentenceExport, WritesEachGpsSentenceOnItsOwnLineInProfileOrder) {
+    ScratchFolder folder;
+    const std::string out = folder.File("a.raw_gps");
+    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::Gps, out), 3);
+    EXPECT_EQ(ReadAll(out), kGga1 + "\n" + kRmc1 + "\n" + kGga2 + "\n");
+}
+
+TEST(RawSentenceExport, EchoKindTakesOnlyEchoBranchSentences) {
+    ScratchFolder folder;
+    const std::string out = folder.File("a.raw_echo");
+    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::EchoSounder, out), 1);
+    EXPECT_EQ(ReadAll(out), kDpt + "\n");
+}
+
+TEST(RawSentenceExport, SelectionFlagZeroLeavesASentenceOut) {
+    ScratchFolder folder;
+    const std::string out = folder.File("b.raw_gps");
+    NodeRef selection = NodeRef::MakeNew();
+    selection.SetValue("GGA", Variant(int32_t{0}));
+    selection.SetValue("RMC", Variant(int32_t{1}));
+    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::Gps, out, selection), 1);
+    EXPECT_EQ(ReadAll(out), kRmc1 + "\n");
+}
+
+TEST(RawSentenceExport, FilterTextAndUnwritableOutput) {
+    EXPECT_EQ(RawSentenceFilter(RawSentenceKind::Gps), "GPS data files (.gps)|*.gps|");
+    EXPECT_EQ(RawSentenceFilter(RawSentenceKind::EchoSounder), "EchoSounder data files (.ecs)|*.ecs|");
+    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::Gps, "/nonexistent-folder/x.raw_gps"), -1);
+}
+
+}  // namespace
+}  // namespace rm
