@@ -5,6 +5,7 @@
 #include "link/wake_up.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace rm {
 
@@ -59,7 +60,7 @@ std::vector<uint8_t> EncodeVariableFrame(const uint8_t* payload, size_t size) {
     std::vector<uint8_t> frame(size + kVariableFrameOverhead);
     ByteWriter w(frame.data(), frame.size());
     w.u16(0, static_cast<uint16_t>(frame.size()));
-    std::copy(payload, payload + size, frame.begin() + 2);
+    if (size > 0) std::memcpy(frame.data() + 2, payload, size);
     w.u16(size + 2, RecordChecksum(payload, size));
     return frame;
 }

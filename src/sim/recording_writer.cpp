@@ -18,15 +18,6 @@ namespace rm::sim {
 namespace {
 constexpr double kDegToRad = 0.0174532925199433;
 
-SmallMatrix BeamToXyzOf(const InstrumentRecords& records) {
-    const DerivedValues derived = DeriveValues(records.conf, records.oper, records.user);
-    SmallMatrix m;
-    m.n = derived.matrixSize;
-    for (int i = 0; i < m.n; ++i)
-        for (int j = 0; j < m.n; ++j) m.at(i, j) = derived.matrix[static_cast<size_t>(i * m.n + j)];
-    return m;
-}
-
 // The simulated receiver: the fix of the GGA it sends at a time and place, as a reader
 // decodes it from the text.
 struct ReceivedFix {
@@ -81,19 +72,7 @@ RecordingResult WriteRiverRecording(const RiverScenario& scenario, UserPrompt& p
     result.plan = PlanCrossing(scenario.river, scenario.crossing);
     const CrossingPlan& plan = result.plan;
 
-    TransectSettings settings;
-    settings.beams = scenario.instrument.beams;
-    settings.layout = layout;
-    settings.coordinateSystem = scenario.instrument.coordinateSystem;
-    settings.bottomTrackMode = scenario.instrument.bottomTrackMode;
-    settings.gps = scenario.gps;
-    settings.geo.latitudeDeg = scenario.latitudeDeg;
-    settings.geo.longitudeDeg = scenario.longitudeDeg;
-    settings.geo.origin = plan.profiles.front().startPosition;
-    settings.velocityNoiseCms = scenario.velocityNoiseCms;
-    settings.bottomTrackNoiseCms = scenario.bottomTrackNoiseCms;
-    settings.temperatureC = scenario.instrument.temperatureC;
-    settings.slantDeg = kBeamSlantDeg;
+    const TransectSettings settings = TransectSettingsOf(scenario, plan);
     TransectGenerator generator(scenario.river, settings, BeamToXyzOf(records), scenario.seed);
     if (!generator.Usable()) {
         result.error = "the beam matrix of the configuration cannot be inverted";

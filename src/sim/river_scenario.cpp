@@ -213,4 +213,30 @@ InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
     return r;
 }
 
+SmallMatrix BeamToXyzOf(const InstrumentRecords& records) {
+    const DerivedValues derived = DeriveValues(records.conf, records.oper, records.user);
+    SmallMatrix m;
+    m.n = derived.matrixSize;
+    for (int i = 0; i < m.n; ++i)
+        for (int j = 0; j < m.n; ++j) m.at(i, j) = derived.matrix[static_cast<size_t>(i * m.n + j)];
+    return m;
+}
+
+TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan) {
+    TransectSettings settings;
+    settings.beams = scenario.instrument.beams;
+    settings.layout = CellLayoutOf(scenario.instrument);
+    settings.coordinateSystem = scenario.instrument.coordinateSystem;
+    settings.bottomTrackMode = scenario.instrument.bottomTrackMode;
+    settings.gps = scenario.gps;
+    settings.geo.latitudeDeg = scenario.latitudeDeg;
+    settings.geo.longitudeDeg = scenario.longitudeDeg;
+    if (!plan.profiles.empty()) settings.geo.origin = plan.profiles.front().startPosition;
+    settings.velocityNoiseCms = scenario.velocityNoiseCms;
+    settings.bottomTrackNoiseCms = scenario.bottomTrackNoiseCms;
+    settings.temperatureC = scenario.instrument.temperatureC;
+    settings.slantDeg = kBeamSlantDeg;
+    return settings;
+}
+
 }  // namespace rm::sim

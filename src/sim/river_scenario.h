@@ -68,4 +68,11 @@ struct InstrumentRecords {
 };
 InstrumentRecords BuildInstrumentRecords(const RiverScenario& scenario);
 
+// The beam-to-XYZ matrix as processing derives it from the records.
+SmallMatrix BeamToXyzOf(const InstrumentRecords& records);
+
+// What the profile generator needs of the scenario, with the plan's first position as the
+// geographic origin.
+TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan);
+
 }  // namespace rm::sim

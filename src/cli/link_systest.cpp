@@ -1,0 +1,37 @@
+#include "cli/link_commands.h"
+
+#include "cli/command.h"
+#include "data/kvr_data.h"
+#include "link/record_transfer.h"
+#include "link/system_test.h"
+#include "link/wake_up.h"
+
+namespace rm::cli {
+
+int RunSystemTestCommand(SerialPortFactory& factory, const SystemTestChoices& choices, UserPrompt& prompt,
+                         std::ostream& out) {
+    std::string error;
+    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choices.instrument.path, choices.instrument.baud, error);
+    if (!port) {
+        prompt.Message(error);
+        return kExitFailure;
+    }
+    PromptDialogue dialogue(*port, prompt, "");
+    if (!WakeResultIsKvr(WakeAndReport(dialogue, nullptr))) {
+        prompt.Message(kWakeupErrorText);
+        return kExitFailure;
+    }
+    // The configuration tells whether a compass is to be looked at; the user setup names the log.
+    CKvrData kvr;
+    InstrumentLinkState state;
+    if (!GetConfRecord(dialogue, kvr, state) || !GetUserRecord(dialogue, kvr, state)) return kExitFailure;
+    const std::string name = choices.deploymentName.empty() ? kvr.user.DeploymentName : choices.deploymentName;
+    const std::string logPath = TestLogPath(choices.logFolder, name.empty() ? std::string("SystemTest") : name);
+
+    StreamWindow window(out);
+    const int result = RunSystemTest(dialogue, logPath, kvr.conf.CompassInstalled != 0, &window);
+    out << '\n' << "Log: " << logPath << '\n';
+    return result == kSystemTestPassed ? kExitOk : kExitFailure;
+}
+
+}  // namespace rm::cli
