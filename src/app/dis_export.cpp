@@ -16,7 +16,10 @@ DisFileHead DisFileHeadOf(const CSurveyKVRDoc& document, AppSettings& app) {
 }
 
 bool ExportDisFile(CSurveyKVRDoc& document, AppSettings& app, UserPrompt& prompt, const std::string& path) {
-    const DisFileHead head = DisFileHeadOf(document, app);
+    return WriteDischargeText(document, DisFileHeadOf(document, app), prompt, path);
+}
+
+bool WriteDischargeText(CSurveyKVRDoc& document, const DisFileHead& head, UserPrompt& prompt, const std::string& path) {
     DisFileWriter writer;
     if (!writer.Open(path, head)) {
         prompt.Message(kWriteFileError);

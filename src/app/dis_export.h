@@ -15,6 +15,10 @@ constexpr const char* kWriteFileError = "Error writing to file";
 // velocity references, and the application's unit system and significant digits.
 DisFileHead DisFileHeadOf(const CSurveyKVRDoc& document, AppSettings& app);
 
+// Runs the recomputation with a per-profile discharge text of head `head` written to `path`;
+// "Error writing to file" and false when it cannot be written.
+bool WriteDischargeText(CSurveyKVRDoc& document, const DisFileHead& head, UserPrompt& prompt, const std::string& path);
+
 // Writes the .dis at `path`; "Error writing to file" and false when it cannot be written.
 bool ExportDisFile(CSurveyKVRDoc& document, AppSettings& app, UserPrompt& prompt, const std::string& path);
 

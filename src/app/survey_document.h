@@ -27,6 +27,7 @@
 #include "data/cfg_file.h"
 #include "data/kvr_data.h"
 #include "data/pmk_file.h"
+#include "data/product.h"
 #include "data/system_tree.h"
 #include "data/user_prompt.h"
 #include "processing/discharge_data.h"
@@ -37,7 +38,6 @@
 
 namespace rm {
 
-constexpr const char* kProgramName = "Quorle Ripplemark";
 constexpr int kDefaultProfilesHeld = 3000;
 
 class CSurveyKVRDoc {

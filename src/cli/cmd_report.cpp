@@ -16,6 +16,7 @@
 #include "app/summary_list.h"
 #include "cli/command.h"
 #include "cli/processing_session.h"
+#include "cli/summary_input.h"
 #include "cli/report_template_path.h"
 #include "output/report_inputs.h"
 #include "output/report_render.h"
@@ -42,43 +43,6 @@ struct ReportCommandOptions {
     int digits = -1;      // -1: the application's SignificantDigits
     int rounding = -1;    // -1: the application's UseUsgsRoundingFormat; 1 USGS, 0 significant digits
 };
-
-bool EndsWithDis(const std::string& path) {
-    if (path.size() < 4) return false;
-    const std::string tail = path.substr(path.size() - 4);
-    return tail == ".dis" || tail == ".DIS";
-}
-
-// Adds the transect of one file to the list and its facts to `facts`; an exit status.
-int AddFile(const std::string& path, const ReportCommandOptions& options, SummaryList& list,
-            std::map<const CDischargeData*, TransectFacts>& facts) {
-    if (EndsWithDis(path)) {
-        const DisReadResult read = AddDisFileToSummary(list, path);
-        if (!read.ok) {
-            std::fprintf(stderr, "%s: %s\n", path.c_str(), read.error.c_str());
-            return kExitBadFile;
-        }
-        return kExitOk;
-    }
-    try {
-        ProcessingOptions processing = options.processing;
-        processing.path = path;
-        ProcessingSession session;
-        const int opened = OpenProcessingSession(processing, session);
-        if (opened != kExitOk) return opened;
-        CSurveyKVRDoc& document = *session.document;
-        if (!document.Recompute()) {
-            std::fprintf(stderr, "%s: the data file could not be read\n", path.c_str());
-            return kExitFailure;
-        }
-        facts[document.MeasurementRecord().get()] = TransectFactsOf(document);
-        list.Add(document.MeasurementRecord());
-        return kExitOk;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s: %s\n", path.c_str(), e.what());
-        return kExitBadFile;
-    }
-}
 
 std::string Now() {
     const std::time_t t = std::time(nullptr);
@@ -155,7 +119,10 @@ int RunReport(const ReportCommandOptions& options) {
     SummaryList list;
     std::map<const CDischargeData*, TransectFacts> facts;
     for (const std::string& path : options.files) {
-        if (const int status = AddFile(path, options, list, facts); status != kExitOk) return status;
+        const int status = AddTransectToSummary(path, options.processing, list, [&](CSurveyKVRDoc& document) {
+            facts[document.MeasurementRecord().get()] = TransectFactsOf(document);
+        });
+        if (status != kExitOk) return status;
     }
 
     AppSettings app{UserFolders{}};

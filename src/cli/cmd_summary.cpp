@@ -13,6 +13,7 @@
 #include "cli/command.h"
 #include "cli/json_output.h"
 #include "cli/processing_session.h"
+#include "cli/summary_input.h"
 #include "cli/summary_output.h"
 #include "output/summary_table.h"
 
@@ -27,42 +28,10 @@ struct SummaryCommandOptions {
     int digits = 5;
 };
 
-bool EndsWith(const std::string& text, const std::string& tail) {
-    return text.size() >= tail.size() && text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
-}
-
-// Adds the transect of one file to the list; an exit status.
-int AddFile(const std::string& path, const SummaryCommandOptions& options, SummaryList& list) {
-    if (EndsWith(path, ".dis") || EndsWith(path, ".DIS")) {
-        const DisReadResult read = AddDisFileToSummary(list, path);
-        if (!read.ok) {
-            std::fprintf(stderr, "%s: %s\n", path.c_str(), read.error.c_str());
-            return kExitBadFile;
-        }
-        return kExitOk;
-    }
-    try {
-        ProcessingOptions processing = options.processing;
-        processing.path = path;
-        ProcessingSession session;
-        const int opened = OpenProcessingSession(processing, session);
-        if (opened != kExitOk) return opened;
-        if (!session.document->Recompute()) {
-            std::fprintf(stderr, "%s: the data file could not be read\n", path.c_str());
-            return kExitFailure;
-        }
-        list.Add(session.document->MeasurementRecord());
-        return kExitOk;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s: %s\n", path.c_str(), e.what());
-        return kExitBadFile;
-    }
-}
-
 int RunSummary(const SummaryCommandOptions& options) {
     SummaryList list;
     for (const std::string& path : options.files) {
-        const int status = AddFile(path, options, list);
+        const int status = AddTransectToSummary(path, options.processing, list);
         if (status != kExitOk) return status;
     }
     SummaryTableOptions tableOptions;

@@ -70,18 +70,6 @@ void AppendItems(const NodeRef& node, int indent, std::string& out) {
 
 }  // namespace
 
-const char* VarTypeName(VarType type) {
-    switch (type) {
-        case VarType::Empty: return "empty";
-        case VarType::Null: return "null";
-        case VarType::I16: return "i16";
-        case VarType::I32: return "i32";
-        case VarType::Double: return "double";
-        case VarType::Text: return "text";
-        case VarType::U8: return "u8";
-    }
-    return "unknown";
-}
 
 TreeFileContents ReadConsecutiveTrees(std::FILE* file, bool pmkNames) {
     TreeFileContents contents;

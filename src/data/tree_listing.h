@@ -10,9 +10,6 @@
 
 namespace rm {
 
-// The short name of a type code: "empty", "null", "i16", "i32", "double", "text", "u8".
-const char* VarTypeName(VarType type);
-
 struct ListedTree {
     std::string name;  // "Settings", "Prf1", ... in a .pmk; "Root", "Tree 2", ... elsewhere
     NodeRef root;

@@ -9,21 +9,8 @@ namespace rm {
 
 namespace {
 
-const char* TypeName(VarType t) {
-    switch (t) {
-        case VarType::Empty: return "empty";
-        case VarType::Null: return "null";
-        case VarType::I16: return "i16";
-        case VarType::I32: return "i32";
-        case VarType::Double: return "double";
-        case VarType::Text: return "text";
-        case VarType::U8: return "u8";
-    }
-    return "unknown";
-}
-
 [[noreturn]] void Fail(const std::string& what, VarType to) {
-    throw VariantConversionError(what + " cannot be converted to " + TypeName(to));
+    throw VariantConversionError(what + " cannot be converted to " + VarTypeName(to));
 }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f'; }
@@ -160,6 +147,19 @@ std::string DoubleToText(double v) {
 
 }  // namespace
 
+const char* VarTypeName(VarType t) {
+    switch (t) {
+        case VarType::Empty: return "empty";
+        case VarType::Null: return "null";
+        case VarType::I16: return "i16";
+        case VarType::I32: return "i32";
+        case VarType::Double: return "double";
+        case VarType::Text: return "text";
+        case VarType::U8: return "u8";
+    }
+    return "unknown";
+}
+
 bool IsKnownVarType(uint16_t code) {
     switch (code) {
         case 0: case 1: case 2: case 3: case 5: case 8: case 17: return true;
@@ -191,7 +191,7 @@ Variant Variant::ChangeType(VarType to) const {
     if (to == VarType::Empty) return Variant();
     if (to == VarType::Null) {
         if (type_ == VarType::Empty) return MakeNull();
-        Fail(std::string("a ") + TypeName(type_) + " value", to);
+        Fail(std::string("a ") + VarTypeName(type_) + " value", to);
     }
     if (type_ == VarType::Null) Fail("a null value", to);
     if (to == VarType::Text) {

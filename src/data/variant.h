@@ -21,6 +21,9 @@ enum class VarType : uint16_t {
 // True for the codes above; any other code read from a file is refused.
 bool IsKnownVarType(uint16_t code);
 
+// A short name of the type: "empty", "null", "i16", "i32", "double", "text", "u8".
+const char* VarTypeName(VarType type);
+
 // Raised when a value cannot be converted to the requested type (bad text, overflow, null).
 // It is the one error that crosses a subsystem: a settings value that cannot be read is fatal
 // to the operation that asked for it.

@@ -55,7 +55,7 @@ int PrepareCollection(SerialPortFactory& factory, SerialPortRecord& record, User
     report(kVerifySettingsText);
     if (!GetConfRecord(dialogue, kvr, state)) return kPrepareFailed;
     if (kvr.conf.SensorOrientation != 0) {
-        prompt.Message(std::string(kLinkProgramName) + kDownLookingOnlyText);
+        prompt.Message(std::string(kProgramName) + kDownLookingOnlyText);
         return kPrepareFailed;
     }
     if (!GetUserRecord(dialogue, kvr, state)) return kPrepareFailed;

@@ -4,6 +4,7 @@
 // the frames, and start it. Each step is reported through the progress of the UserPrompt.
 
 #include "data/kvr_data.h"
+#include "data/product.h"
 #include "data/user_prompt.h"
 #include "link/command_log.h"
 #include "link/link_state.h"
@@ -12,9 +13,6 @@
 #include <string>
 
 namespace rm {
-
-// The program name that opens the refusal of a system that does not look down.
-constexpr const char* kLinkProgramName = "Quorle Ripplemark";
 
 constexpr int kPrepareSteps = 8;
 constexpr const char* kWakingUpKvrText = "Waking up KVR";

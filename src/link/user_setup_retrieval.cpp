@@ -34,7 +34,7 @@ int RetrieveUserSetup(PromptDialogue& dialogue, CKvrData& kvr, InstrumentLinkSta
     report(kStepConfiguration, kKvrUserConfigurationText);
     if (!GetConfRecord(dialogue, kvr, state, raw)) return -kStepConfiguration;
     if (kvr.conf.SensorOrientation != 0) {
-        prompt.Message(std::string(kLinkProgramName) + kDownLookingOnlyManualText);
+        prompt.Message(std::string(kProgramName) + kDownLookingOnlyManualText);
         return -kStepConfiguration;
     }
 

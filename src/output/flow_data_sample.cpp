@@ -4,20 +4,11 @@
 
 #include "app/survey_document.h"
 #include "processing/measurement_start.h"
+#include "data/civil_date.h"
 
 namespace rm {
 
 namespace {
-
-// Days from 1 January 1970 of a civil date (proleptic Gregorian calendar).
-int64_t DaysFromCivil(int64_t y, int m, int d) {
-    y -= m <= 2 ? 1 : 0;
-    const int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const int64_t yoe = y - era * 400;
-    const int64_t doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const int64_t doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + doe - 719468;
-}
 
 bool LeapYear(int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; }
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <set>
 
+#include "data/product.h"
 #include "output/summary_columns.h"
 #include "processing/measurement_start.h"
 #include "processing/settings_reader.h"
@@ -11,9 +12,6 @@
 namespace rm {
 
 namespace {
-
-constexpr const char* kRipplemarkVersion = "v4.50";
-constexpr const char* kProgramName = "Quorle Ripplemark";
 
 std::string Format(const char* format, double value) {
     char text[64];
@@ -121,7 +119,7 @@ std::vector<ReportParameter> UserParameters(const ReportTransect& transect, cons
         {"SerialNumber", "Serial Number\n", r.SystemName},
         {"SystemFrequency", "System Frequency\n", r.SystemType},
         {"FirmwareVersion", "Firmware Version\n", r.SoftwareVersion},
-        {"RipplemarkVersion", "", kRipplemarkVersion},
+        {"RipplemarkVersion", "", kProgramVersion},
         {"AveragingInterval", "Averaging Interval\n", Format("%.1f", r.Interval)},
         {"MountingDepth", "Transducer Depth\n", Format("%.2f", r.TransducerDepth * L)},
         {"BlankingDistance", "Blanking Distance\n", Format("%.2f", r.Blanking * L)},
@@ -204,7 +202,7 @@ ReportTree BuildReportTree(const std::vector<ReportTransect>& transects, const R
     const bool metric = settings.unitSystem == 1;
     tree.collection = {
         {"ProgramName", kProgramName},
-        {"ProgramVersion", kRipplemarkVersion},
+        {"ProgramVersion", kProgramVersion},
         {"ReportDate", settings.reportDate},
         {"NumberOfTransects", FormatInt(static_cast<int>(active.size()))},
         {"UnitSystem", metric ? "Metric" : "English"},

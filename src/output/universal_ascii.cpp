@@ -20,15 +20,7 @@ bool WriteUniversalAscii(CSurveyKVRDoc& document, AppSettings& app, UserPrompt& 
         totals = document.Measurement();
         head.headSummary = &*totals;
     }
-    DisFileWriter writer;
-    if (!writer.Open(path, head)) {
-        prompt.Message(kWriteFileError);
-        return false;
-    }
-    const bool computed = document.Recompute(&writer);
-    const bool written = writer.Finish(document.Measurement());
-    if (!written) prompt.Message(kWriteFileError);
-    return computed && written;
+    return WriteDischargeText(document, head, prompt, path);
 }
 
 }  // namespace rm

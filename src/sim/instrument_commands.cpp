@@ -10,6 +10,7 @@
 #include "link/logged_reads.h"
 #include "link/variable_structure.h"
 #include "sim/simulated_instrument.h"
+#include "data/civil_date.h"
 
 namespace rm::sim {
 
@@ -41,16 +42,6 @@ std::string Framed(const uint8_t* payload, size_t size, bool marker) {
     if (marker) bytes.push_back(static_cast<char>(kReplyMarker));
     bytes.append(frame.begin(), frame.end());
     return bytes + "\r\n>";
-}
-
-// Days from 1970-01-01 of a proleptic Gregorian date.
-int64_t DaysFromCivil(int y, int m, int d) {
-    y -= m <= 2 ? 1 : 0;
-    const int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const int64_t yoe = y - era * 400;
-    const int64_t doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const int64_t doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + doe - 719468;
 }
 
 int64_t SecondsOf(const CivilTime& t) {

@@ -15,11 +15,11 @@ using test::GetReply;
 class RecordTransferTest : public test::TransferTest {};
 
 TEST_F(RecordTransferTest, TheConfigurationIsDecodedAndChoosesTheSources) {
-    test::ConfSpec spec;
-    spec.beams = 4;
-    spec.ctd = 1;
-    spec.extSensor = 1;
-    Answer("Get CONF", GetReply(test::ConfImage(spec)));
+    test::ConfSpec fields;
+    fields.beams = 4;
+    fields.ctd = 1;
+    fields.extSensor = 1;
+    Answer("Get CONF", GetReply(test::ConfImage(fields)));
     Answer("Get CONF", GetReply(test::ConfImage({})), true);
     Ready();
     ASSERT_EQ(GetConfRecord(dialogue, kvr, state), 1);
@@ -53,13 +53,13 @@ TEST_F(RecordTransferTest, AConfigurationWithABadChecksumIsNotTaken) {
 }
 
 TEST_F(RecordTransferTest, TheUserSetupSetsTheCollectionModes) {
-    test::UserSpec spec;
-    spec.cells = 33;
-    spec.bottomTrack = 2;
-    spec.waveInterval = 5;
-    spec.pseriesLength = 512;
+    test::UserSpec fields;
+    fields.cells = 33;
+    fields.bottomTrack = 2;
+    fields.waveInterval = 5;
+    fields.pseriesLength = 512;
     Answer("Get CONF", GetReply(test::ConfImage({})));
-    Answer("Get USER", GetReply(test::UserImage(spec)));
+    Answer("Get USER", GetReply(test::UserImage(fields)));
     Ready();
     ASSERT_EQ(GetConfRecord(dialogue, kvr, state), 1);
     ASSERT_EQ(GetUserRecord(dialogue, kvr, state), 1);
