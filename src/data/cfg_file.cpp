@@ -3,11 +3,30 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "data/node_key_table.h"
 #include "data/side_file_path.h"
 
 namespace rm {
 
 namespace {
+
+const NodeKey<SoundSpeedSettings, int32_t, double> kSoundSpeedKeys[] = {
+    {"TemperatureCorrectionType", &SoundSpeedSettings::temperatureCorrectionType},
+    {"SalinityCorrectionType", &SoundSpeedSettings::salinityCorrectionType},
+    {"CorrectedSalinityInPpt", &SoundSpeedSettings::correctedSalinityInPpt},
+    {"CorrectedTemperatureInDegC", &SoundSpeedSettings::correctedTemperatureInDegC},
+};
+
+const NodeKey<CfgDisplay, int32_t, uint8_t, double> kDisplayKeys[] = {
+    {"ContourDisplayVariable", &CfgDisplay::contourDisplayVariable},
+    {"ContourDisplayComponent", &CfgDisplay::contourDisplayComponent},
+    {"CoordinateSystem", &CfgDisplay::coordinateSystem},
+    {"VelocityReference", &CfgDisplay::velocityReference},
+    {"TrackReference", &CfgDisplay::trackReference},
+    {"ShowXAxisAs", &CfgDisplay::showXAxisAs},
+    {"MapGridSpacing", &CfgDisplay::mapGridSpacing},
+    {"MapVectorScale", &CfgDisplay::mapVectorScale},
+};
 
 NodeRef SoundSpeedNode(const NodeRef& documentRoot) {
     return documentRoot.GetOrCreateChild("Processing").GetOrCreateChild("SoundSpeed");
@@ -45,28 +64,14 @@ CfgLoadResult LoadCfg(const std::string& dataPath, const NodeRef& documentRoot, 
     const NodeRef system = documentRoot.ItemChild(systemIndex);
     if (system.ItemCount() > 0) systemFromFile = system;
 
-    const NodeRef soundSpeed = SoundSpeedNode(documentRoot);
-    SoundSpeedSettings& s = values.soundSpeed;
-    s.temperatureCorrectionType = soundSpeed.GetTyped<int32_t>("TemperatureCorrectionType", s.temperatureCorrectionType);
-    s.salinityCorrectionType = soundSpeed.GetTyped<int32_t>("SalinityCorrectionType", s.salinityCorrectionType);
-    s.correctedSalinityInPpt = soundSpeed.GetTyped<double>("CorrectedSalinityInPpt", s.correctedSalinityInPpt);
-    s.correctedTemperatureInDegC =
-        soundSpeed.GetTyped<double>("CorrectedTemperatureInDegC", s.correctedTemperatureInDegC);
+    ReadKeys(SoundSpeedNode(documentRoot), kSoundSpeedKeys, values.soundSpeed);
     values.fileIsLocked = documentRoot.GetOrCreateChild("General")
                               .GetTyped<uint8_t>("FileIsLocked", values.fileIsLocked ? 1 : 0) != 0;
     return CfgLoadResult::Loaded;
 }
 
-void LoadDisplay(const NodeRef& documentRoot, CfgDisplay& d) {
-    const NodeRef display = documentRoot.GetOrCreateChild("Display");
-    d.contourDisplayVariable = display.GetTyped<int32_t>("ContourDisplayVariable", d.contourDisplayVariable);
-    d.contourDisplayComponent = display.GetTyped<int32_t>("ContourDisplayComponent", d.contourDisplayComponent);
-    d.coordinateSystem = display.GetTyped<int32_t>("CoordinateSystem", d.coordinateSystem);
-    d.velocityReference = display.GetTyped<int32_t>("VelocityReference", d.velocityReference);
-    d.trackReference = display.GetTyped<int32_t>("TrackReference", d.trackReference);
-    d.showXAxisAs = display.GetTyped<uint8_t>("ShowXAxisAs", d.showXAxisAs);
-    d.mapGridSpacing = display.GetTyped<double>("MapGridSpacing", d.mapGridSpacing);
-    d.mapVectorScale = display.GetTyped<double>("MapVectorScale", d.mapVectorScale);
+void LoadDisplay(const NodeRef& documentRoot, CfgDisplay& display) {
+    ReadKeys(documentRoot.GetOrCreateChild("Display"), kDisplayKeys, display);
 }
 
 bool SaveCfg(const std::string& dataPath, const NodeRef& documentRoot, const NodeRef& systemRoot,
@@ -79,23 +84,12 @@ bool SaveCfg(const std::string& dataPath, const NodeRef& documentRoot, const Nod
     const TrackWindowScale scale = trackWindow.value_or(TrackWindowScale{10.0, 50.0});
     if (!systemRoot.IsNull()) HangByReference(documentRoot, "System", systemRoot);
 
-    const NodeRef display = documentRoot.GetOrCreateChild("Display");
-    const CfgDisplay& d = values.display;
-    display.SetValue("ContourDisplayVariable", Variant(d.contourDisplayVariable));
-    display.SetValue("ContourDisplayComponent", Variant(d.contourDisplayComponent));
-    display.SetValue("CoordinateSystem", Variant(d.coordinateSystem));
-    display.SetValue("VelocityReference", Variant(d.velocityReference));
-    display.SetValue("TrackReference", Variant(d.trackReference));
-    display.SetValue("ShowXAxisAs", Variant(d.showXAxisAs));
-    display.SetValue("MapGridSpacing", Variant(scale.gridSpacing));
-    display.SetValue("MapVectorScale", Variant(scale.vectorScale));
-
-    const NodeRef soundSpeed = SoundSpeedNode(documentRoot);
-    const SoundSpeedSettings& s = values.soundSpeed;
-    soundSpeed.SetValue("TemperatureCorrectionType", Variant(s.temperatureCorrectionType));
-    soundSpeed.SetValue("SalinityCorrectionType", Variant(s.salinityCorrectionType));
-    soundSpeed.SetValue("CorrectedSalinityInPpt", Variant(s.correctedSalinityInPpt));
-    soundSpeed.SetValue("CorrectedTemperatureInDegC", Variant(s.correctedTemperatureInDegC));
+    // The map keys come from the track window, not from the document's display values.
+    CfgDisplay display = values.display;
+    display.mapGridSpacing = scale.gridSpacing;
+    display.mapVectorScale = scale.vectorScale;
+    WriteKeys(documentRoot.GetOrCreateChild("Display"), kDisplayKeys, display);
+    WriteKeys(SoundSpeedNode(documentRoot), kSoundSpeedKeys, values.soundSpeed);
     return SaveTreeFile(documentRoot, path);
 }
 

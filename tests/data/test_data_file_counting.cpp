@@ -15,78 +15,46 @@ WaveSetup Bursts(int interval, int64_t burstSize, int first) {
     return w;
 }
 
-TEST(RecordCounting, WithoutBurstsDropsATrailingPartialRecord) {
+TEST(RecordCounting, WholeRecordsInTheOrderOfTheBurstCycle) {
     const WaveSetup none;
-    const int64_t H = 416, S = 100;
-    EXPECT_EQ(CountRecords(H - 1, H, S, none).profiles, 0);
-    EXPECT_EQ(CountRecords(H, H, S, none).profiles, 0);
-    EXPECT_EQ(CountRecords(H + 99, H, S, none).profiles, 0);
-    EXPECT_EQ(CountRecords(H + 100, H, S, none).profiles, 1);
-    EXPECT_EQ(CountRecords(H + 250, H, S, none).profiles, 2);
-    EXPECT_EQ(CountRecords(H + 300, H, S, none).profiles, 3);
-    EXPECT_EQ(CountRecords(H + 300, H, S, none).bursts, 0);
-}
-
-TEST(RecordCounting, WholeCyclesAndTheWalkOfTheRest) {
     // N = 3, S = 100, W = 50, first = 0: a cycle of 350 bytes is profile, burst, profile, profile.
     const WaveSetup w = Bursts(3, 50, 0);
-    const int64_t H = 416;
+    // W = 150 > S, N = 2: cycle 350 = profile, burst, profile.
+    const WaveSetup wide = Bursts(2, 150, 0);
+    // first = 1: two profiles, then the burst.
+    const WaveSetup later = Bursts(3, 50, 1);
     const struct {
-        int64_t body, profiles, bursts;
+        const WaveSetup& setup;
+        int64_t size, header, profiles, bursts;
     } cases[] = {
-        {0, 0, 0},
-        {700, 6, 2},    // two whole cycles
-        {749, 6, 2},    // 49 left: below S and W
-        {800, 7, 2},    // one profile more
-        {830, 7, 2},    // 30 left after it
-        {860, 7, 3},    // profile, then a whole burst, 10 left
-        {960, 8, 3},    // profile, burst, profile
-        {840, 7, 2},    // profile, then 40: below both
-        {1050, 9, 3},   // three whole cycles
+        {none, 415, 416, 0, 0},  {none, 515, 416, 0, 0},  {none, 516, 416, 1, 0},  // a partial record is dropped
+        {w, 416 + 0, 416, 0, 0},
+        {w, 416 + 700, 416, 6, 2},   // two whole cycles
+        {w, 416 + 749, 416, 6, 2},   // 49 left: below S and W
+        {w, 416 + 800, 416, 7, 2},   // one profile more
+        {w, 416 + 860, 416, 7, 3},   // profile, then a whole burst, 10 left
+        {w, 416 + 960, 416, 8, 3},   // profile, burst, profile
+        {w, 416 + 840, 416, 7, 2},   // profile, then 40: below both
+        // 220 left: a profile (120 left), then the burst position with 120 < W: the rest is
+        // dropped, although 120 would hold another profile.
+        {wide, 220, 0, 1, 0},
+        {wide, 250, 0, 1, 1},  // profile and a whole burst
+        {later, 250, 0, 2, 1},
+        {later, 240, 0, 2, 0},  // two profiles, 40 left
     };
     for (const auto& c : cases) {
-        const RecordCounts n = CountRecords(H + c.body, H, 100, w);
-        EXPECT_EQ(n.profiles, c.profiles) << "body " << c.body;
-        EXPECT_EQ(n.bursts, c.bursts) << "body " << c.body;
+        const RecordCounts n = CountRecords(c.size, c.header, 100, c.setup);
+        EXPECT_EQ(n.profiles, c.profiles) << "size " << c.size << ", interval " << c.setup.interval;
+        EXPECT_EQ(n.bursts, c.bursts) << "size " << c.size << ", interval " << c.setup.interval;
     }
-}
-
-TEST(RecordCounting, ABurstCutShortEndsTheWalk) {
-    // W = 150 > S = 100, N = 2, first = 0: cycle 350 = profile, burst, profile.
-    const WaveSetup w = Bursts(2, 150, 0);
-    // 220 left: a profile (120 left), then the burst position with 120 < W: the rest is dropped,
-    // although 120 would hold another profile.
-    RecordCounts n = CountRecords(220, 0, 100, w);
-    EXPECT_EQ(n.profiles, 1);
-    EXPECT_EQ(n.bursts, 0);
-    n = CountRecords(350 + 220, 0, 100, w);
-    EXPECT_EQ(n.profiles, 3);
-    EXPECT_EQ(n.bursts, 1);
-    n = CountRecords(250, 0, 100, w);  // profile and a whole burst
-    EXPECT_EQ(n.profiles, 1);
-    EXPECT_EQ(n.bursts, 1);
-}
-
-TEST(RecordCounting, LaterFirstBurstIndexPutsMoreProfilesBeforeTheBurst) {
-    // first = 1: two profiles, then the burst.
-    const WaveSetup w = Bursts(3, 50, 1);
-    RecordCounts n = CountRecords(250, 0, 100, w);
-    EXPECT_EQ(n.profiles, 2);
-    EXPECT_EQ(n.bursts, 1);
-    n = CountRecords(240, 0, 100, w);  // two profiles, 40 left
-    EXPECT_EQ(n.profiles, 2);
-    EXPECT_EQ(n.bursts, 0);
 }
 
 TEST(RecordOffsets, ProfilesSkipTheBurstsBeforeThem) {
     const WaveSetup w = Bursts(3, 50, 0);
     const int64_t H = 416, S = 100;
     // profile 0 at 416, burst at 516, profiles 1..3 at 566, 666, 766, burst at 866, profile 4 at 916.
-    EXPECT_EQ(ProfileOffset(0, H, S, w), 416);
-    EXPECT_EQ(ProfileOffset(1, H, S, w), 566);
-    EXPECT_EQ(ProfileOffset(2, H, S, w), 666);
-    EXPECT_EQ(ProfileOffset(3, H, S, w), 766);
-    EXPECT_EQ(ProfileOffset(4, H, S, w), 916);
+    const int64_t offsets[] = {416, 566, 666, 766, 916};
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(ProfileOffset(i, H, S, w), offsets[i]) << i;
     EXPECT_EQ(BurstOffset(0, H, S, w), 516);
     EXPECT_EQ(BurstOffset(1, H, S, w), 866);
     EXPECT_EQ(ProfileOffsetWithoutBursts(4, H, S), 816);

@@ -12,26 +12,21 @@
 namespace rm {
 namespace {
 
-void Touch(const std::string& path) {
-    std::FILE* f = std::fopen(path.c_str(), "wb");
-    ASSERT_NE(f, nullptr);
-    std::fclose(f);
+void Touch(const std::string& path) { test::WriteFileBytes(path, {}); }
+
+std::tm LocalTime(int year, int month, int day, int hour, int minute) {
+    std::tm t{};
+    t.tm_year = year - 1900;
+    t.tm_mon = month - 1;
+    t.tm_mday = day;
+    t.tm_hour = hour;
+    t.tm_min = minute;
+    return t;
 }
 
 TEST(DataFileName, TimedStemHasTwoDigitsForEachPartOfTheTime) {
-    std::tm t{};
-    t.tm_year = 2023 - 1900;
-    t.tm_mon = 6;  // July
-    t.tm_mday = 4;
-    t.tm_hour = 9;
-    t.tm_min = 5;
-    EXPECT_EQ(TimedStem("RIVER", t), "RIVER2307040905");
-    t.tm_year = 2000 - 1900;
-    t.tm_mon = 11;
-    t.tm_mday = 31;
-    t.tm_hour = 23;
-    t.tm_min = 59;
-    EXPECT_EQ(TimedStem("", t), "0012312359");
+    EXPECT_EQ(TimedStem("RIVER", LocalTime(2023, 7, 4, 9, 5)), "RIVER2307040905");
+    EXPECT_EQ(TimedStem("", LocalTime(2000, 12, 31, 23, 59)), "0012312359");
 }
 
 TEST(DataFileName, NumberedNameIsTheFirstFreeOne) {
@@ -89,11 +84,7 @@ TEST(DataFileName, TimedNameAsksWhenItExists) {
     request.directory = dir.path();
     request.deploymentName = "T";
     request.naming = FileNaming::Timed;
-    request.localTime.tm_year = 124;
-    request.localTime.tm_mon = 0;
-    request.localTime.tm_mday = 2;
-    request.localTime.tm_hour = 3;
-    request.localTime.tm_min = 4;
+    request.localTime = LocalTime(2024, 1, 2, 3, 4);
     RecordingPrompt prompt;
     EXPECT_EQ(ChooseDataFilePath(request, prompt), dir.File("T2401020304.kvr"));
     Touch(dir.File("T2401020304.kvr"));

@@ -121,6 +121,19 @@ ScratchDir::~ScratchDir() {
     if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
 }
 
+void TempFile::Write(const std::vector<uint8_t>& bytes) {
+    std::fwrite(bytes.data(), 1, bytes.size(), file_);
+    std::rewind(file_);
+}
+
+std::vector<uint8_t> TempFile::ReadAll() {
+    std::rewind(file_);
+    std::vector<uint8_t> bytes;
+    for (int c = std::fgetc(file_); c != EOF; c = std::fgetc(file_)) bytes.push_back(static_cast<uint8_t>(c));
+    std::rewind(file_);
+    return bytes;
+}
+
 std::vector<uint8_t> ReadFileBytes(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::vector<uint8_t>(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());

@@ -3,6 +3,7 @@
 // recognisable values, recordings written through CKvrData, scratch folders, whole files.
 
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -51,6 +52,25 @@ public:
 
 private:
     std::string path_;
+};
+
+// An anonymous temporary file, removed when closed.
+class TempFile {
+public:
+    TempFile() : file_(std::tmpfile()) {}
+    ~TempFile() {
+        if (file_) std::fclose(file_);
+    }
+    TempFile(const TempFile&) = delete;
+    TempFile& operator=(const TempFile&) = delete;
+    std::FILE* get() const { return file_; }
+    // Writes `bytes` and goes back to the start.
+    void Write(const std::vector<uint8_t>& bytes);
+    // The whole content; the position is at the start afterwards.
+    std::vector<uint8_t> ReadAll();
+
+private:
+    std::FILE* file_;
 };
 
 std::vector<uint8_t> ReadFileBytes(const std::string& path);

@@ -27,30 +27,32 @@ TEST(NmeaTime, HoursMinutesSecondsAndFraction) {
     EXPECT_TRUE(std::isnan(NmeaTimeToSeconds(NAN)));
 }
 
-TEST(GpsVelocity, EastStepAtTheEquator) {
-    // 0.001 degree east at latitude 0 in 10 s: R = 6378137, cos 0 = 1,
-    // dE = 0.001 x 6378137 x k = 111.3194908 m; 111.3194908 x 10000 / 10 = 111319.49,
-    // rounded 111319, x 0.1 = 11131.9 mm/s.
-    GpsVelocity v = ComputeGpsVelocity(Block(120000.0, 0.0, 0.0, 120010.0, 0.0, 0.001));
-    EXPECT_FLOAT_EQ(v.east, 11131.9f);
-    EXPECT_FLOAT_EQ(v.north, 0.0f);
-    // Westward the same, negative: rounding goes away from zero both ways.
-    EXPECT_FLOAT_EQ(ComputeGpsVelocity(Block(120000.0, 0.0, 0.001, 120010.0, 0.0, 0.0)).east, -11131.9f);
-}
-
-TEST(GpsVelocity, NorthStepAtFortyFiveDegreesUsesTheMeanLatitudeRadius) {
-    // 44.9995 to 45.0005 in 5 s: mean 45, R = 6378137 - 45 x 237.611 = 6367444.505,
-    // dN = 0.001 x R x k = 111.1328716 m; x 10000 / 5 = 222265.74, rounded 222266,
-    // x 0.1 = 22226.6 mm/s.
-    GpsVelocity v = ComputeGpsVelocity(Block(120000.0, 44.9995, 7.0, 120005.0, 45.0005, 7.0));
-    EXPECT_FLOAT_EQ(v.north, 22226.6f);
-    EXPECT_FLOAT_EQ(v.east, 0.0f);
-}
-
-TEST(GpsVelocity, TimeStepOverMidnightGainsADay) {
-    // 23:59:58 to 00:00:03 is 5 s, the same as the 45-degree case above.
-    GpsVelocity v = ComputeGpsVelocity(Block(235958.0, 44.9995, 7.0, 3.0, 45.0005, 7.0));
-    EXPECT_FLOAT_EQ(v.north, 22226.6f);
+TEST(GpsVelocity, StepsRoundedToTenthsOfMillimetresPerSecond) {
+    const struct {
+        const char* what;
+        GpsBlock block;
+        float east, north;
+    } cases[] = {
+        // 0.001 degree east at latitude 0 in 10 s: R = 6378137, cos 0 = 1,
+        // dE = 0.001 x 6378137 x k = 111.3194908 m; 111.3194908 x 10000 / 10 = 111319.49,
+        // rounded 111319, x 0.1 = 11131.9 mm/s.
+        {"east at the equator", Block(120000.0, 0.0, 0.0, 120010.0, 0.0, 0.001), 11131.9f, 0.0f},
+        // Westward the same, negative: rounding goes away from zero both ways.
+        {"west at the equator", Block(120000.0, 0.0, 0.001, 120010.0, 0.0, 0.0), -11131.9f, 0.0f},
+        // 44.9995 to 45.0005 in 5 s: mean 45, R = 6378137 - 45 x 237.611 = 6367444.505,
+        // dN = 0.001 x R x k = 111.1328716 m; x 10000 / 5 = 222265.74, rounded 222266,
+        // x 0.1 = 22226.6 mm/s.
+        {"north at 45 degrees", Block(120000.0, 44.9995, 7.0, 120005.0, 45.0005, 7.0), 0.0f, 22226.6f},
+        // 23:59:58 to 00:00:03 is 5 s: the same as above.
+        {"over midnight", Block(235958.0, 44.9995, 7.0, 3.0, 45.0005, 7.0), 0.0f, 22226.6f},
+        // Exactly one second is computed: 111.3194908 x 10000 / 1 = 1113194.9, rounded 1113195.
+        {"one second", Block(120000.0, 0.0, 0.0, 120001.0, 0.0, 0.001), 111319.5f, 0.0f},
+    };
+    for (const auto& c : cases) {
+        const GpsVelocity v = ComputeGpsVelocity(c.block);
+        EXPECT_FLOAT_EQ(v.east, c.east) << c.what;
+        EXPECT_FLOAT_EQ(v.north, c.north) << c.what;
+    }
 }
 
 TEST(GpsVelocity, FixesUnderASecondApartGiveTheNoValueMark) {
@@ -60,9 +62,6 @@ TEST(GpsVelocity, FixesUnderASecondApartGiveTheNoValueMark) {
         EXPECT_EQ(v.north, 32767.0f) << dt;
         EXPECT_FALSE(v.IsValid());
     }
-    // Exactly one second is computed: 111.3194908 x 10000 / 1 = 1113194.9, rounded 1113195.
-    GpsVelocity one = ComputeGpsVelocity(Block(120000.0, 0.0, 0.0, 120001.0, 0.0, 0.001));
-    EXPECT_FLOAT_EQ(one.east, 111319.5f);
     // A time that is not a number cannot give a speed either.
     EXPECT_FALSE(ComputeGpsVelocity(Block(NAN, 0.0, 0.0, 120001.0, 0.0, 0.001)).IsValid());
 }

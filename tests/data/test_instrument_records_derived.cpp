@@ -111,16 +111,5 @@ TEST(DerivedValues, ShallowWaterFactorsAndBottomTrackOverride) {
     EXPECT_EQ(user.BottomTrack, 0);
 }
 
-TEST(DerivedValues, CellCentresAndDeclination) {
-    UserSetup user;
-    user.SensorDepth = 50;
-    user.BlankDistance = 25;
-    user.CellSizeCm = 12.5f;
-    user.MagneticDeclinationRaw = 615;
-    EXPECT_DOUBLE_EQ(CellPosition(user, 0), 0.875);
-    EXPECT_DOUBLE_EQ(CellPosition(user, 3), 1.25);
-    EXPECT_DOUBLE_EQ(DeriveValues(InstrumentConf(), OperationRecord(), user).magneticDeclination, 12.3);
-}
-
 }  // namespace
 }  // namespace rm

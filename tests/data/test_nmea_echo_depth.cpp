@@ -62,11 +62,8 @@ TEST(EchoSentenceOrder, NothingUsableGivesNoDepth) {
     EXPECT_EQ(ReadEchoDepth(Tree({"$SDDPT,99999.0"}), Plain(1.0), 10, 10, 1), 32767.0);
 }
 
-TEST(EchoCorrections, UnitScaleNoOffsetNoTiltAddsTransducerDepth) {
+TEST(EchoCorrections, TransducerDepthScaleOffsetSoundSpeedAndTilt) {
     EXPECT_DOUBLE_EQ(ReadEchoDepth(Tree({"$SDDPT,4.2"}), Plain(0.35), 0, 0, 1.0), 4.2 + 0.35);
-}
-
-TEST(EchoCorrections, ScaleOffsetSoundSpeedAndTilt) {
     EchoSounderSettings s = Plain(0.5);
     s.Scale = 2.0;
     s.Offset = 0.25;

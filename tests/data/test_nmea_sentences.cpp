@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "data/nmea_sentences.h"
+#include "data/test_data_file_support.h"
 
 namespace rm {
 namespace {
@@ -137,14 +138,11 @@ TEST(ProfileSentences, StoredCopiesDoNotFollowTheReaderAndSurviveTheSideFile) {
     StoreProfileSentences(profile, gps.Sentences(), echo);
     gps.Feed("$GPGGA,999999,1,N,1,E,1,08,0.9,545.4,M,46.9,M,,\r\n");  // must not reach the copy
 
-    std::FILE* file = std::tmpfile();
-    ASSERT_NE(file, nullptr);
-    ASSERT_TRUE(profile.Save(file));
-    std::rewind(file);
+    test::TempFile file;
+    ASSERT_TRUE(profile.Save(file.get()));
+    std::rewind(file.get());
     NodeRef loaded = NodeRef::MakeNew();
-    bool ok = loaded.Load(file);
-    std::fclose(file);
-    ASSERT_TRUE(ok);
+    ASSERT_TRUE(loaded.Load(file.get()));
 
     // The side file's reader asks for "GpsData"; names match without case.
     NodeRef gpsData = FindSentence(loaded, "GpsData");

@@ -105,21 +105,6 @@ TEST(NodeTreeGetOrCreateChild, CreatesFindsAndKeepsLeafValues) {
     EXPECT_FALSE(root.GetOrCreateChild("").SameNode(unnamed));  // an empty name never matches
 }
 
-TEST(NodeTreeSetAt, IndexRulesAndChildDropped) {
-    NodeRef root = NodeRef::MakeNew();
-    root.SetAt(-1, Variant(1));
-    root.SetAt(1, Variant(1));
-    EXPECT_EQ(root.ItemCount(), 0);
-    root.SetAt(0, Variant(1));  // index equal to the count appends an unnamed item
-    ASSERT_EQ(root.ItemCount(), 1);
-    EXPECT_EQ(root.ItemName(0), "");
-    root.GetOrCreateChild("Branch").SetValue("x", Variant(1));
-    root.SetAt(1, Variant("now a leaf"));
-    EXPECT_TRUE(root.ItemChild(1).IsNull());
-    EXPECT_EQ(root.ItemValue(1), Variant("now a leaf"));
-    EXPECT_EQ(root.ItemName(1), "Branch");
-}
-
 TEST(NodeTreeSetChild, SharesOneNodeUnderTwoParents) {
     NodeRef documentRoot = NodeRef::MakeNew();
     NodeRef systemRoot = NodeRef::MakeNew();
@@ -157,8 +142,21 @@ TEST(NodeTreeReferences, CountsFollowHandlesAndParents) {
     EXPECT_EQ(child.RefCount(), 0u);
 }
 
-TEST(NodeTreeItems, ClearRemoveAndAppendWithoutSearch) {
+TEST(NodeTreeItems, SetAtIndexRulesClearRemoveAndAppendWithoutSearch) {
     NodeRef root = NodeRef::MakeNew();
+    root.SetAt(-1, Variant(1));
+    root.SetAt(1, Variant(1));
+    EXPECT_EQ(root.ItemCount(), 0);
+    root.SetAt(0, Variant(1));  // index equal to the count appends an unnamed item
+    ASSERT_EQ(root.ItemCount(), 1);
+    EXPECT_EQ(root.ItemName(0), "");
+    root.GetOrCreateChild("Branch").SetValue("x", Variant(1));
+    root.SetAt(1, Variant("now a leaf"));
+    EXPECT_TRUE(root.ItemChild(1).IsNull());
+    EXPECT_EQ(root.ItemValue(1), Variant("now a leaf"));
+    EXPECT_EQ(root.ItemName(1), "Branch");
+
+    root.Clear();
     root.Append("A", Variant(1));
     root.Append("a", Variant(2));  // no duplicate check
     root.Append("B", Variant(3));

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -9,53 +7,47 @@
 #include <vector>
 
 #include "data/node_tree.h"
+#include "data/test_data_file_support.h"
 
 namespace rm {
 namespace {
 
-// An anonymous temporary file, removed when closed.
-class TempFile {
-public:
-    TempFile() : file_(std::tmpfile()) {}
-    ~TempFile() {
-        if (file_) std::fclose(file_);
-    }
-    std::FILE* get() const { return file_; }
-    void Write(const std::vector<uint8_t>& bytes) {
-        std::fwrite(bytes.data(), 1, bytes.size(), file_);
-        std::rewind(file_);
-    }
-    std::vector<uint8_t> ReadAll() {
-        std::rewind(file_);
-        std::vector<uint8_t> bytes;
-        int c;
-        while ((c = std::fgetc(file_)) != EOF) bytes.push_back(static_cast<uint8_t>(c));
-        std::rewind(file_);
-        return bytes;
-    }
+using test::TempFile;
 
-private:
-    std::FILE* file_;
+// Builds file bytes by hand, independently of the writer: u32 counts and lengths, u16 type
+// codes, texts as a length that counts the NUL, the characters and the NUL.
+struct Bytes {
+    std::vector<uint8_t> b;
+    Bytes& u8(uint8_t v) { b.push_back(v); return *this; }
+    Bytes& u16(uint16_t v) { return u8(static_cast<uint8_t>(v)).u8(static_cast<uint8_t>(v >> 8)); }
+    Bytes& u32(uint32_t v) { return u16(static_cast<uint16_t>(v)).u16(static_cast<uint16_t>(v >> 16)); }
+    Bytes& raw(const std::string& s) { b.insert(b.end(), s.begin(), s.end()); return *this; }
+    Bytes& text(const std::string& s) { return u32(static_cast<uint32_t>(s.size() + 1)).raw(s).u8(0); }
+    // An item named `name` without a child, of type `type`, whose value text is `value`.
+    Bytes& leaf(const std::string& name, uint16_t type, const std::string& value) {
+        return text(name).u8(0).u16(type).text(value);
+    }
 };
-
-// Little helpers that build file bytes by hand, independently of the writer.
-void U32(std::vector<uint8_t>& b, uint32_t v) {
-    for (int i = 0; i < 4; ++i) b.push_back(static_cast<uint8_t>(v >> (8 * i)));
-}
-void U16(std::vector<uint8_t>& b, uint16_t v) {
-    b.push_back(static_cast<uint8_t>(v));
-    b.push_back(static_cast<uint8_t>(v >> 8));
-}
-void Text(std::vector<uint8_t>& b, const std::string& s) {
-    U32(b, static_cast<uint32_t>(s.size() + 1));
-    b.insert(b.end(), s.begin(), s.end());
-    b.push_back(0);
-}
 
 std::vector<uint8_t> SavedBytes(const NodeRef& root) {
     TempFile file;
     EXPECT_TRUE(root.Save(file.get()));
     return file.ReadAll();
+}
+
+// Saves `root` and loads it into a fresh node, which is returned; a failed load fails the test.
+NodeRef SavedAndLoaded(const NodeRef& root) {
+    TempFile file;
+    file.Write(SavedBytes(root));
+    NodeRef loaded = NodeRef::MakeNew();
+    EXPECT_TRUE(loaded.Load(file.get()));
+    return loaded;
+}
+
+bool Loads(const std::vector<uint8_t>& bytes, const NodeRef& into = NodeRef::MakeNew()) {
+    TempFile file;
+    file.Write(bytes);
+    return into.Load(file.get());
 }
 
 NodeRef SampleTree() {
@@ -71,6 +63,8 @@ NodeRef SampleTree() {
     root.GetOrCreateChild("Colors").GetOrCreateChild("Data Quality Colors").SetValue("Good Data", Variant(65280));
     root.SetValue("Zeta", Variant(0.1));
     root.SetValue("Alpha", Variant(2));
+    root.SetValue("Both", Variant("value"));  // a leaf that was given a child keeps both
+    root.GetOrCreateChild("Both").SetValue("Inner", Variant(7));
     return root;
 }
 
@@ -89,44 +83,18 @@ TEST(NodeTreeFileLayout, BytesOfALeafAndABranchAsDescribed) {
     NodeRef root = NodeRef::MakeNew();
     root.SetValue("A", Variant(int16_t{5}));
     root.GetOrCreateChild("B");
-    std::vector<uint8_t> expected;
-    U32(expected, 2);
-    Text(expected, "A");
-    expected.push_back(0);  // no child
-    U16(expected, 2);
-    Text(expected, "5");
-    Text(expected, "B");
-    expected.push_back(1);  // child follows
-    U32(expected, 0);       // the empty child node
-    U16(expected, 0);       // a branch: type 0, one NUL
-    Text(expected, "");
-    EXPECT_EQ(SavedBytes(root), expected);
+    // Count 2; "A" without child, type 2, "5"; "B" with a child of no items, type 0, empty text.
+    EXPECT_EQ(SavedBytes(root), Bytes().u32(2).leaf("A", 2, "5").text("B").u8(1).u32(0).u16(0).text("").b);
 }
 
 TEST(NodeTreeFileRoundTrip, EveryTypeAndTheOrderSurvive) {
     NodeRef root = SampleTree();
-    TempFile file;
-    ASSERT_TRUE(root.Save(file.get()));
-    std::rewind(file.get());
     NodeRef loaded = NodeRef::MakeNew();
     loaded.Append("stale", Variant(1));  // Load clears first
-    ASSERT_TRUE(loaded.Load(file.get()));
+    ASSERT_TRUE(Loads(SavedBytes(root), loaded));
     ExpectSameTree(root, loaded);
     EXPECT_EQ(loaded.ItemName(2), "Zeta");
     EXPECT_EQ(loaded.ItemName(3), "Alpha");
-}
-
-TEST(NodeTreeFileRoundTrip, LeafWithAddedChildKeepsBoth) {
-    NodeRef root = NodeRef::MakeNew();
-    root.SetValue("Both", Variant("value"));
-    root.GetOrCreateChild("Both").SetValue("Inner", Variant(7));
-    TempFile file;
-    ASSERT_TRUE(root.Save(file.get()));
-    std::rewind(file.get());
-    NodeRef loaded = NodeRef::MakeNew();
-    ASSERT_TRUE(loaded.Load(file.get()));
-    EXPECT_EQ(loaded.ItemValue(0), Variant("value"));
-    EXPECT_EQ(loaded.GetChildByName("Both").GetTyped<int32_t>("Inner", 0), 7);
 }
 
 TEST(NodeTreeFileRoundTrip, LongNamesAndDeepNesting) {
@@ -139,11 +107,7 @@ TEST(NodeTreeFileRoundTrip, LongNamesAndDeepNesting) {
     for (int level = 0; level < kMaxTreeDepth; ++level) deepest = deepest.GetOrCreateChild("L" + std::to_string(level));
     deepest.SetValue("Bottom", Variant(4));
 
-    TempFile file;
-    ASSERT_TRUE(root.Save(file.get()));
-    std::rewind(file.get());
-    NodeRef loaded = NodeRef::MakeNew();
-    ASSERT_TRUE(loaded.Load(file.get()));
+    const NodeRef loaded = SavedAndLoaded(root);
     ExpectSameTree(root, loaded);
     EXPECT_EQ(loaded.GetTyped<int32_t>(longName, 0), 1);
 
@@ -184,141 +148,45 @@ TEST(NodeTreeFileCountMismatch, UnwrittenItemsMakeAShortRead) {
     ASSERT_GE(bytes.size(), 4u);
     EXPECT_EQ(bytes[0], 4);  // the count says four items
 
-    TempFile file;
-    file.Write(bytes);
     NodeRef loaded = NodeRef::MakeNew();
-    EXPECT_FALSE(loaded.Load(file.get()));
+    EXPECT_FALSE(Loads(bytes, loaded));
     ASSERT_EQ(loaded.ItemCount(), 2);  // what was read stays
     EXPECT_EQ(loaded.ItemName(0), "A");
     EXPECT_EQ(loaded.ItemName(1), "C");
-
-    // A following tree's bytes are then taken for the missing items.
-    NodeRef next = NodeRef::MakeNew();
-    next.SetValue("X", Variant(3));
-    next.SetValue("Y", Variant(4));
-    TempFile both;
-    ASSERT_TRUE(root.Save(both.get()));
-    ASSERT_TRUE(next.Save(both.get()));
-    std::rewind(both.get());
-    NodeRef damaged = NodeRef::MakeNew();
-    damaged.Load(both.get());
-    EXPECT_NE(damaged.ItemCount(), 2);
 }
 
 TEST(NodeTreeFileHostile, EveryTruncationFailsCleanly) {
     std::vector<uint8_t> bytes = SavedBytes(SampleTree());
     for (size_t cut = 0; cut < bytes.size(); ++cut) {
-        TempFile file;
-        file.Write(std::vector<uint8_t>(bytes.begin(), bytes.begin() + cut));
-        NodeRef loaded = NodeRef::MakeNew();
-        EXPECT_FALSE(loaded.Load(file.get())) << "cut at " << cut;
+        EXPECT_FALSE(Loads({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut)})) << "cut at " << cut;
     }
 }
 
 TEST(NodeTreeFileHostile, HugeOrNegativeLengthsAndCounts) {
-    struct Case {
+    Bytes deep;
+    for (int level = 0; level < 100000; ++level) deep.u32(1).text("").u8(1);
+    const std::string xs(100, 'x');
+    const struct {
         const char* what;
         std::vector<uint8_t> bytes;
+    } cases[] = {
+        {"name length 0xFFFFFFFF", Bytes().u32(1).u32(0xFFFFFFFFu).raw(xs).b},
+        {"huge name length", Bytes().u32(1).u32(0x7FFFFFF0u).raw(xs).b},  // 2 GB promised, 100 bytes given
+        {"negative value length", Bytes().u32(1).text("A").u8(0).u16(8).u32(0x80000000u).b},
+        {"huge value length", Bytes().u32(1).text("A").u8(0).u16(8).u32(0x7FFFFFFFu).raw("vvvvvvvvvv").b},
+        {"huge count", Bytes().u32(0xFFFFFFFFu).leaf("A", 3, "1").b},
+        {"unknown type code", Bytes().u32(1).leaf("A", 4, "1.5").b},  // 4, a float, is not in use
+        {"value text of the wrong kind", Bytes().u32(1).leaf("A", 3, "not a number").b},
+        {"nesting 100000 deep", deep.b},
     };
-    std::vector<Case> cases;
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        U32(b, 0xFFFFFFFFu);  // name length -1
-        b.insert(b.end(), 100, 'x');
-        cases.push_back({"name length 0xFFFFFFFF", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        U32(b, 0x7FFFFFF0u);  // two gigabytes promised, a hundred bytes given
-        b.insert(b.end(), 100, 'x');
-        cases.push_back({"huge name length", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        Text(b, "A");
-        b.push_back(0);
-        U16(b, 8);
-        U32(b, 0x80000000u);  // negative value length
-        cases.push_back({"negative value length", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        Text(b, "A");
-        b.push_back(0);
-        U16(b, 8);
-        U32(b, 0x7FFFFFFFu);
-        b.insert(b.end(), 10, 'v');
-        cases.push_back({"huge value length", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 0xFFFFFFFFu);  // four billion items promised
-        Text(b, "A");
-        b.push_back(0);
-        U16(b, 3);
-        Text(b, "1");
-        cases.push_back({"huge count", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        Text(b, "A");
-        b.push_back(0);
-        U16(b, 4);  // a float: not a code in use
-        Text(b, "1.5");
-        cases.push_back({"unknown type code", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        U32(b, 1);
-        Text(b, "A");
-        b.push_back(0);
-        U16(b, 3);
-        Text(b, "not a number");
-        cases.push_back({"value text of the wrong kind", b});
-    }
-    {
-        std::vector<uint8_t> b;
-        for (int level = 0; level < 100000; ++level) {
-            U32(b, 1);
-            Text(b, "");
-            b.push_back(1);
-        }
-        cases.push_back({"nesting 100000 deep", b});
-    }
-    for (const Case& c : cases) {
-        TempFile file;
-        file.Write(c.bytes);
-        NodeRef loaded = NodeRef::MakeNew();
-        EXPECT_FALSE(loaded.Load(file.get())) << c.what;
-    }
+    for (const auto& c : cases) EXPECT_FALSE(Loads(c.bytes)) << c.what;
 }
 
 TEST(NodeTreeFileHostile, ShortFieldsAndZeroLengths) {
-    TempFile empty;
     NodeRef loaded = NodeRef::MakeNew();
-    EXPECT_FALSE(loaded.Load(empty.get()));
-
     // A name length of 0 gives an empty name; a field without its NUL loses its last byte.
-    std::vector<uint8_t> b;
-    U32(b, 2);
-    U32(b, 0);
-    b.push_back(0);
-    U16(b, 3);
-    Text(b, "5");
-    U32(b, 3);
-    b.insert(b.end(), {'a', 'b', 'c'});
-    b.push_back(0);
-    U16(b, 8);
-    U32(b, 2);
-    b.insert(b.end(), {'x', 'y'});
-    TempFile file;
-    file.Write(b);
-    ASSERT_TRUE(loaded.Load(file.get()));
+    ASSERT_TRUE(Loads(Bytes().u32(2).u32(0).u8(0).u16(3).text("5").u32(3).raw("abc").u8(0).u16(8).u32(2).raw("xy").b,
+                      loaded));
     ASSERT_EQ(loaded.ItemCount(), 2);
     EXPECT_EQ(loaded.ItemName(0), "");
     EXPECT_EQ(loaded.ItemValue(0), Variant(5));
@@ -327,62 +195,32 @@ TEST(NodeTreeFileHostile, ShortFieldsAndZeroLengths) {
 }
 
 TEST(NodeTreeFileHostile, FailedChildLeavesTheItemWithoutChild) {
-    std::vector<uint8_t> b;
-    U32(b, 2);
-    Text(b, "Good");
-    b.push_back(0);
-    U16(b, 3);
-    Text(b, "1");
-    Text(b, "Broken");
-    b.push_back(1);
-    U32(b, 3);  // the child promises three items and ends
-    TempFile file;
-    file.Write(b);
+    // The child of "Broken" promises three items and ends.
     NodeRef loaded = NodeRef::MakeNew();
-    EXPECT_FALSE(loaded.Load(file.get()));
+    EXPECT_FALSE(Loads(Bytes().u32(2).leaf("Good", 3, "1").text("Broken").u8(1).u32(3).b, loaded));
     ASSERT_EQ(loaded.ItemCount(), 2);
     EXPECT_EQ(loaded.ItemName(1), "Broken");
     EXPECT_TRUE(loaded.ItemChild(1).IsNull());
 }
 
-class NodeTreeFileHelpers : public ::testing::Test {
-protected:
-    void SetUp() override {
-        dir_ = std::filesystem::temp_directory_path() /
-               ("rm_tree_" + std::to_string(::getpid()) + "_" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(dir_);
-        std::filesystem::create_directories(dir_);
-    }
-    void TearDown() override { std::filesystem::remove_all(dir_); }
-    std::filesystem::path dir_;
-};
-
-TEST_F(NodeTreeFileHelpers, SaveAndLoadWholeFiles) {
-    const std::string path = (dir_ / "AppSettings.conf").string();
+TEST(NodeTreeFileHelpers, SaveAndLoadWholeFiles) {
+    const test::ScratchDir dir;
+    const std::string path = dir.File("AppSettings.conf");
     NodeRef root = SampleTree();
     ASSERT_TRUE(SaveTreeFile(root, path));
     NodeRef loaded = NodeRef::MakeNew();
     ASSERT_TRUE(LoadTreeFile(loaded, path));
     ExpectSameTree(root, loaded);
-    EXPECT_FALSE(LoadTreeFile(loaded, (dir_ / "missing.conf").string()));
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), {}), 1);  // no leftovers
-}
-
-TEST_F(NodeTreeFileHelpers, FailedSaveKeepsTheOldFile) {
-    const std::string path = (dir_ / "settings.cfg").string();
-    NodeRef root = NodeRef::MakeNew();
-    root.SetValue("Old", Variant(1));
-    ASSERT_TRUE(SaveTreeFile(root, path));
+    EXPECT_FALSE(LoadTreeFile(loaded, dir.File("missing.conf")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);  // no leftovers
     // A tree deeper than the limit cannot be written; the file on disk must stay whole.
     NodeRef deep = NodeRef::MakeNew();
     NodeRef at = deep;
     for (int level = 0; level <= kMaxTreeDepth + 1; ++level) at = at.GetOrCreateChild("L");
     EXPECT_FALSE(SaveTreeFile(deep, path));
-    NodeRef loaded = NodeRef::MakeNew();
     ASSERT_TRUE(LoadTreeFile(loaded, path));
-    EXPECT_EQ(loaded.GetTyped<int32_t>("Old", 0), 1);
-    EXPECT_FALSE(SaveTreeFile(root, (dir_ / "no" / "such" / "folder.cfg").string()));
+    ExpectSameTree(root, loaded);
+    EXPECT_FALSE(SaveTreeFile(root, dir.File("no/such/folder.cfg")));
 }
 
 }  // namespace

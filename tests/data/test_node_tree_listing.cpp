@@ -4,15 +4,13 @@
 #include <random>
 #include <string>
 
+#include "data/test_data_file_support.h"
 #include "data/tree_listing.h"
 
 namespace rm {
 namespace {
 
-struct TempFile {
-    std::FILE* file = std::tmpfile();
-    ~TempFile() { std::fclose(file); }
-};
+using test::TempFile;
 
 TEST(TreeListingFormat, OneLinePerItemWithTypeAndIndentedChildren) {
     NodeRef root = NodeRef::MakeNew();
@@ -37,14 +35,14 @@ TEST(TreeListingRead, PmkTreesAreNamedAndALastPartialTreeIsAccepted) {
     settings.SetValue("GpsPresent", Variant(1));
     NodeRef profile = NodeRef::MakeNew();
     profile.GetOrCreateChild("GPSData").SetValue("GGA", Variant("$GPGGA"));
-    ASSERT_TRUE(settings.Save(f.file));
-    ASSERT_TRUE(profile.Save(f.file));
-    ASSERT_TRUE(profile.Save(f.file));
+    ASSERT_TRUE(settings.Save(f.get()));
+    ASSERT_TRUE(profile.Save(f.get()));
+    ASSERT_TRUE(profile.Save(f.get()));
     const uint8_t partial[] = {2, 0, 0, 0};  // a profile tree that never got its items
-    std::fwrite(partial, 1, sizeof partial, f.file);
-    std::rewind(f.file);
+    std::fwrite(partial, 1, sizeof partial, f.get());
+    std::rewind(f.get());
 
-    TreeFileContents contents = ReadConsecutiveTrees(f.file, true);
+    TreeFileContents contents = ReadConsecutiveTrees(f.get(), true);
     ASSERT_TRUE(contents.readable) << contents.problem;
     ASSERT_EQ(contents.trees.size(), 4u);
     EXPECT_EQ(contents.trees[0].name, "Settings");
@@ -62,27 +60,27 @@ TEST(TreeListingRead, OtherFilesNeedEveryTreeWhole) {
     TempFile f;
     NodeRef root = NodeRef::MakeNew();
     root.SetValue("A", Variant(1));
-    ASSERT_TRUE(root.Save(f.file));
-    ASSERT_TRUE(root.Save(f.file));
-    std::rewind(f.file);
-    TreeFileContents two = ReadConsecutiveTrees(f.file, false);
+    ASSERT_TRUE(root.Save(f.get()));
+    ASSERT_TRUE(root.Save(f.get()));
+    std::rewind(f.get());
+    TreeFileContents two = ReadConsecutiveTrees(f.get(), false);
     ASSERT_TRUE(two.readable);
     ASSERT_EQ(two.trees.size(), 2u);
     EXPECT_EQ(two.trees[0].name, "Root");
     EXPECT_EQ(two.trees[1].name, "Tree 2");
 
-    std::fseek(f.file, 0, SEEK_END);
-    std::fputc(7, f.file);  // a stray byte after the trees
-    std::rewind(f.file);
-    TreeFileContents damaged = ReadConsecutiveTrees(f.file, false);
+    std::fseek(f.get(), 0, SEEK_END);
+    std::fputc(7, f.get());  // a stray byte after the trees
+    std::rewind(f.get());
+    TreeFileContents damaged = ReadConsecutiveTrees(f.get(), false);
     EXPECT_FALSE(damaged.readable);
     EXPECT_NE(damaged.problem.find("byte 38"), std::string::npos) << damaged.problem;
 }
 
 TEST(TreeListingRead, EmptyMissingAndRandomFilesNeverCrash) {
     TempFile empty;
-    EXPECT_FALSE(ReadConsecutiveTrees(empty.file, false).readable);
-    EXPECT_FALSE(ReadConsecutiveTrees(empty.file, true).readable);
+    EXPECT_FALSE(ReadConsecutiveTrees(empty.get(), false).readable);
+    EXPECT_FALSE(ReadConsecutiveTrees(empty.get(), true).readable);
     EXPECT_FALSE(ReadTreeFileForListing("/nonexistent/AppSettings.conf").readable);
 
     std::mt19937 random(99);
@@ -91,10 +89,10 @@ TEST(TreeListingRead, EmptyMissingAndRandomFilesNeverCrash) {
         const int size = static_cast<int>(random() % 200);
         for (int i = 0; i < size; ++i) {
             // Small numbers are likelier to look like counts and lengths.
-            std::fputc(random() % 3 == 0 ? static_cast<int>(random() % 256) : static_cast<int>(random() % 4), f.file);
+            std::fputc(random() % 3 == 0 ? static_cast<int>(random() % 256) : static_cast<int>(random() % 4), f.get());
         }
-        std::rewind(f.file);
-        TreeFileContents contents = ReadConsecutiveTrees(f.file, round % 2 == 0);
+        std::rewind(f.get());
+        TreeFileContents contents = ReadConsecutiveTrees(f.get(), round % 2 == 0);
         if (contents.readable) {
             EXPECT_FALSE(contents.trees.empty());
         }

@@ -239,12 +239,5 @@ TEST(WaveBurstCodec, ChecksumCoversHeaderAndSamples) {
     EXPECT_FALSE(EncodeWaveBurst(burst, 33, bytes.data()));
 }
 
-TEST(RecordChecksumRule, StartsAt0xA596AndWrapsAround) {
-    const uint8_t three[] = {1, 2, 3};
-    EXPECT_EQ(RecordChecksum(three, 3), 0xA59C);
-    const std::vector<uint8_t> ff(300, 0xFF);
-    EXPECT_EQ(RecordChecksum(ff.data(), ff.size()), 53354);  // 42390 + 76500 - 65536
-}
-
 }  // namespace
 }  // namespace rm

@@ -32,6 +32,10 @@ TEST(RecordChecksum, EqualsTheByteByByteSumForEveryLength) {
     const std::vector<uint8_t> full(5000, 0xFF);
     EXPECT_EQ(RecordChecksum(full.data(), full.size()), PlainSum(full, full.size()));
     EXPECT_EQ(RecordChecksum(nullptr, 0), 0xA596);
+    // By hand: 0xA596 + 1 + 2 + 3; and 42390 + 300 x 255 - 65536.
+    const uint8_t three[] = {1, 2, 3};
+    EXPECT_EQ(RecordChecksum(three, 3), 0xA59C);
+    EXPECT_EQ(RecordChecksum(full.data(), 300), 53354);
 }
 
 }  // namespace

@@ -1,15 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <cstdio>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/cfg_file.h"
 #include "data/pmk_file.h"
 #include "data/side_file_path.h"
+#include "data/test_data_file_support.h"
 
 namespace rm {
 namespace {
@@ -18,16 +18,6 @@ namespace fs = std::filesystem;
 
 class SideFiles : public ::testing::Test {
 protected:
-    void SetUp() override {
-        dir_ = fs::temp_directory_path() /
-               ("rm_side_" + std::to_string(::getpid()) + "_" +
-                ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(dir_);
-        fs::create_directories(dir_);
-        dataPath_ = (dir_ / "river01.kvr").string();
-    }
-    void TearDown() override { fs::remove_all(dir_); }
-
     // The GPS tree of one profile as the GPS reader keeps it: one child per sentence id.
     static NodeRef GpsTree(int profile) {
         NodeRef gps = NodeRef::MakeNew();
@@ -54,8 +44,8 @@ protected:
         for (int n = 1; n <= profiles; ++n) ASSERT_TRUE(writer.AppendProfile(GpsTree(n), EsTree(n * 0.5), prompt_));
     }
 
-    fs::path dir_;
-    std::string dataPath_;
+    test::ScratchDir dir_;
+    const std::string dataPath_ = dir_.File("river01.kvr");
     RecordingPrompt prompt_;
 };
 
@@ -97,7 +87,7 @@ TEST_F(SideFiles, TenProfilesGiveTenTreesAndAnEmptyEleventh) {
     EXPECT_EQ(root.ItemCount(), 12);
 }
 
-TEST_F(SideFiles, OnlySettingsLoadsWithOneEmptyFirstProfile) {
+TEST_F(SideFiles, OnlySettingsLoadsWithOneEmptyFirstProfileAndLeadsTheFile) {
     WritePmk(0);
     PmkState state;
     ASSERT_EQ(LoadPmk(dataPath_, state), 1);
@@ -105,6 +95,11 @@ TEST_F(SideFiles, OnlySettingsLoadsWithOneEmptyFirstProfile) {
     ASSERT_EQ(state.extraDataRoot.ItemCount(), 2);
     EXPECT_EQ(state.extraDataRoot.ItemName(1), "Prf1");
     EXPECT_EQ(state.extraDataRoot.GetChildByName("Prf1").ItemCount(), 0);
+    // The settings tree leads the file: four keys, the first "GpsPresent" (length 11 with its NUL).
+    const auto bytes = test::ReadFileBytes(SideFilePath(dataPath_, ".pmk"));
+    ASSERT_GE(bytes.size(), 19u);
+    EXPECT_EQ(std::vector<uint8_t>(bytes.begin(), bytes.begin() + 8), (std::vector<uint8_t>{4, 0, 0, 0, 11, 0, 0, 0}));
+    EXPECT_EQ(std::string(bytes.begin() + 8, bytes.begin() + 19), std::string("GpsPresent\0", 11));
 }
 
 TEST_F(SideFiles, MissingPmkMeansNoStreamData) {
@@ -148,10 +143,9 @@ TEST_F(SideFiles, RecordingThatEndsInsideAProfileKeepsThePartialTree) {
     ASSERT_EQ(LoadPmk(dataPath_, whole), 1);
     const auto size = fs::file_size(pmk);
     NodeRef third = MakeProfileNode(GpsTree(3), EsTree(1.5));
-    std::FILE* probe = std::tmpfile();
-    ASSERT_TRUE(third.Save(probe));
-    const long thirdSize = std::ftell(probe);
-    std::fclose(probe);
+    test::TempFile probe;
+    ASSERT_TRUE(third.Save(probe.get()));
+    const long thirdSize = std::ftell(probe.get());
     fs::resize_file(pmk, size - static_cast<uintmax_t>(thirdSize) + 20);
 
     PmkState state;
@@ -166,30 +160,18 @@ TEST_F(SideFiles, RecordingThatEndsInsideAProfileKeepsThePartialTree) {
 
 TEST_F(SideFiles, PmkWriteFailuresShowTheirMessages) {
     PmkWriter writer;
-    const std::string badData = (dir_ / "no" / "such" / "run.kvr").string();
+    const std::string badData = dir_.File("no/such/run.kvr");
     EXPECT_FALSE(writer.CreatePmk(badData, PmkSettings(), prompt_));
     EXPECT_FALSE(writer.IsOpen());
     ASSERT_EQ(prompt_.messages.size(), 1u);
     EXPECT_EQ(prompt_.messages[0],
-              "Error - Unable to record to GPS and EchoSounder data file " + (dir_ / "no" / "such" / "run.pmk").string());
+              "Error - Unable to record to GPS and EchoSounder data file " + dir_.File("no/such/run.pmk"));
 
     // Appending without an open file fails once with its message and then stays quiet.
     EXPECT_FALSE(writer.AppendProfile(GpsTree(1), NodeRef(), prompt_));
     EXPECT_FALSE(writer.AppendProfile(GpsTree(2), NodeRef(), prompt_));
     ASSERT_EQ(prompt_.messages.size(), 2u);
     EXPECT_EQ(prompt_.messages[1], "Can not write output file");
-}
-
-TEST_F(SideFiles, PmkSettingsTreeLayout) {
-    WritePmk(0);
-    std::FILE* file = std::fopen(SideFilePath(dataPath_, ".pmk").c_str(), "rb");
-    ASSERT_NE(file, nullptr);
-    uint8_t head[4 + 4 + 11];
-    ASSERT_EQ(std::fread(head, 1, sizeof head, file), sizeof head);
-    std::fclose(file);
-    EXPECT_EQ(head[0], 4);  // four keys
-    EXPECT_EQ(head[4], 11);  // "GpsPresent" and its NUL
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(head + 8)), "GpsPresent");
 }
 
 // ---- .cfg ----
@@ -224,7 +206,23 @@ TEST_F(CfgFiles, RoundTripOfValuesSystemAndOtherNodes) {
     NodeRef system = SystemRoot(25);
     ASSERT_TRUE(SaveCfg(dataPath_, documentRoot, system, SampleValues(), std::nullopt, CfgSaveReason::Closing));
     EXPECT_TRUE(documentRoot.GetChildByName("System").SameNode(system));
-    EXPECT_TRUE(fs::exists(dir_ / "river01.cfg"));
+    EXPECT_TRUE(fs::exists(dir_.File("river01.cfg")));
+    // The key names, their order and types are those of every .cfg written so far.
+    const auto expectKeys = [](const NodeRef& node, const std::vector<std::pair<std::string, Variant>>& keys) {
+        ASSERT_EQ(node.ItemCount(), static_cast<int>(keys.size()));
+        for (int i = 0; i < node.ItemCount(); ++i) {
+            EXPECT_EQ(node.ItemName(i), keys[static_cast<size_t>(i)].first);
+            EXPECT_EQ(node.ItemValue(i), keys[static_cast<size_t>(i)].second) << node.ItemName(i);
+        }
+    };
+    expectKeys(documentRoot.GetChildByName("Display"),
+               {{"ContourDisplayVariable", Variant(int32_t{2})}, {"ContourDisplayComponent", Variant(int32_t{3})},
+                {"CoordinateSystem", Variant(int32_t{1})},       {"VelocityReference", Variant(int32_t{2})},
+                {"TrackReference", Variant(int32_t{2})},         {"ShowXAxisAs", Variant(uint8_t{1})},
+                {"MapGridSpacing", Variant(10.0)},               {"MapVectorScale", Variant(50.0)}});
+    expectKeys(documentRoot.GetChildByName("Processing").GetChildByName("SoundSpeed"),
+               {{"TemperatureCorrectionType", Variant(int32_t{1})}, {"SalinityCorrectionType", Variant(int32_t{2})},
+                {"CorrectedSalinityInPpt", Variant(0.1)}, {"CorrectedTemperatureInDegC", Variant(12.75)}});
 
     NodeRef loadedRoot = NodeRef::MakeNew();
     CfgValues loaded;
@@ -249,17 +247,11 @@ TEST_F(CfgFiles, RoundTripOfValuesSystemAndOtherNodes) {
     EXPECT_EQ(display.showXAxisAs, 1);
     EXPECT_EQ(display.mapGridSpacing, 10.0);
     EXPECT_EQ(display.mapVectorScale, 50.0);
-}
 
-TEST_F(CfgFiles, OpenTrackWindowGivesItsScales) {
-    NodeRef documentRoot = NodeRef::MakeNew();
-    ASSERT_TRUE(SaveCfg(dataPath_, documentRoot, SystemRoot(10), CfgValues(), TrackWindowScale{2.5, 125.0},
+    // An open track window gives its scales instead.
+    ASSERT_TRUE(SaveCfg(dataPath_, documentRoot, system, SampleValues(), TrackWindowScale{2.5, 125.0},
                         CfgSaveReason::LockMeasurement));
-    NodeRef loadedRoot = NodeRef::MakeNew();
-    CfgValues values;
-    NodeRef system;
-    ASSERT_EQ(LoadCfg(dataPath_, loadedRoot, values, system), CfgLoadResult::Loaded);
-    CfgDisplay display;
+    ASSERT_EQ(LoadCfg(dataPath_, loadedRoot, loaded, systemFromFile), CfgLoadResult::Loaded);
     LoadDisplay(loadedRoot, display);
     EXPECT_EQ(display.mapGridSpacing, 2.5);
     EXPECT_EQ(display.mapVectorScale, 125.0);
@@ -302,7 +294,7 @@ TEST_F(CfgFiles, MissingAndDamagedFiles) {
     EXPECT_TRUE(system.IsNull());
 
     ASSERT_TRUE(SaveCfg(dataPath_, root, SystemRoot(20), values, std::nullopt, CfgSaveReason::Closing));
-    const fs::path cfg = dir_ / "river01.cfg";
+    const std::string cfg = dir_.File("river01.cfg");
     fs::resize_file(cfg, fs::file_size(cfg) / 2);
     NodeRef damagedRoot = NodeRef::MakeNew();
     CfgValues fresh;
@@ -310,9 +302,9 @@ TEST_F(CfgFiles, MissingAndDamagedFiles) {
     EXPECT_EQ(damagedRoot.ItemCount(), 0);
     EXPECT_TRUE(system.IsNull());
     EXPECT_EQ(fresh.soundSpeed.correctedTemperatureInDegC, 0.0);
-    EXPECT_TRUE(fs::exists(dir_ / "river01.cfg.unreadable"));
+    EXPECT_TRUE(fs::exists(dir_.File("river01.cfg.unreadable")));
 
-    EXPECT_FALSE(SaveCfg((dir_ / "gone" / "x.kvr").string(), root, SystemRoot(1), values, std::nullopt,
+    EXPECT_FALSE(SaveCfg(dir_.File("gone/x.kvr"), root, SystemRoot(1), values, std::nullopt,
                          CfgSaveReason::Closing));
 }
 

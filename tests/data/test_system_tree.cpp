@@ -108,19 +108,5 @@ TEST(SystemTree, ReadTreeIsTheInverseOfFillTree) {
     EXPECT_THROW(ReadTree(first, same.conf, same.user, same.fields), VariantConversionError);
 }
 
-TEST(SystemTree, ReadTreeOfAnEmptyNodeWritesAndTakesTheDefaults) {
-    const NodeRef system = NodeRef::MakeNew();
-    Records r = Sample();
-    ReadTree(system, r.conf, r.user, r.fields);
-    EXPECT_EQ(r.conf.KvrType, 0);
-    EXPECT_EQ(r.conf.SerialNumber, "");
-    EXPECT_EQ(r.user.NumberOfCells, 0);
-    EXPECT_EQ(r.fields.AutoFileName, 1);
-    EXPECT_EQ(r.fields.MountingMethod, 0);
-    EXPECT_EQ(Stored(system, "Other", "AutoFileName"), Variant(int16_t{1}));
-    EXPECT_EQ(Stored(system, "Setup", "NumberOfCells"), Variant(int16_t{0}));
-    EXPECT_EQ(Stored(system, "Conf", "SerialNumber"), Variant(""));
-}
-
 }  // namespace
 }  // namespace rm

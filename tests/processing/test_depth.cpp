@@ -76,18 +76,7 @@ TEST_F(DepthTest, PreferredEchoKeepsItsBadValueWithoutSwap) {
     EXPECT_EQ(Status(), 1);
 }
 
-TEST_F(DepthTest, PreferredEchoWithoutBottomTrackIsItsOwnMinimum) {
-    data.user.BottomTrack = 0;
-    Derive();
-    settings.UseEchoSounderForDepth = 1;
-    Echo(7.5f, 2);
-    Update();
-    EXPECT_FLOAT_EQ(Mean(), 7.5f);
-    EXPECT_FLOAT_EQ(Min(), 7.5f);
-    EXPECT_EQ(Status(), 1);
-}
-
-TEST_F(DepthTest, NoSensorAtAllIsStatusTwo) {
+TEST_F(DepthTest, WithoutBottomTrackThePreferredEchoIsItsOwnMinimumAndNoSensorIsStatusTwo) {
     data.user.BottomTrack = 0;
     Derive();
     for (int preferEcho : {0, 1}) {
@@ -96,6 +85,11 @@ TEST_F(DepthTest, NoSensorAtAllIsStatusTwo) {
         EXPECT_EQ(Status(), 2);
         EXPECT_EQ(Mean(), MissingValueF);
     }
+    Echo(7.5f, 2);
+    Update();
+    EXPECT_FLOAT_EQ(Mean(), 7.5f);
+    EXPECT_FLOAT_EQ(Min(), 7.5f);
+    EXPECT_EQ(Status(), 1);
 }
 
 TEST_F(DepthTest, TransducerBelowTheMinimumGivesANegativeDepthBelowIt) {

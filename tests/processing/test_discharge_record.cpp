@@ -173,6 +173,14 @@ TEST(ProcessingSettingsSnapshot, ReadsTheTreesAndWritesTheDefaultsOfMissingKeys)
     EXPECT_EQ(shallow.GetTyped<int32_t>("MaxWaterCells", 0), 3);
     EXPECT_EQ(root.GetOrCreateChild("EchoSounder").GetTyped<double>("Offset", -1.0), 0.0);
     EXPECT_GE(discharge.FindIndex("LeftBankMethod"), 0);
+    EXPECT_EQ(Names(shallow), (std::vector<std::string>{"UseCorrelationMin", "SnrThreshold", "MaxSwVelocity",
+                                                         "UseWaterCells", "MaxWaterCells", "UseFirstCellFactor",
+                                                         "FirstCellFactor", "UseBoatSpeedFactor", "BoatSpeedFactor",
+                                                         "CorrelationMin"}));
+    EXPECT_EQ(shallow.ItemValue(shallow.FindIndex("UseWaterCells")), Variant(uint8_t{1}));  // flags are u8
+    EXPECT_EQ(Names(root.GetChildByName("EchoSounder")),
+              (std::vector<std::string>{"Scale", "UseEchoSounderForDepth", "Offset", "TransducerDepth",
+                                        "CorrectForSpeedOfSound"}));
 }
 
 }  // namespace

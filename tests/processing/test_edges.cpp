@@ -64,7 +64,7 @@ TEST_F(EdgeTest, VerticalBankUsesTheExponentialShapeFactor) {
     EXPECT_DOUBLE_EQ(discharge.RightEdgeArea, 0.0);
 }
 
-TEST_F(EdgeTest, StartAtTheRightBankFlipsComputedEdgesButNotTheUserEstimate) {
+TEST_F(EdgeTest, RightStartBankAndWaterAgainstTheCourseFlipComputedEdgesButNotTheUserEstimate) {
     EdgeRequest r = Request(kBankMethodSloped, 10.0);
     r.startBank = 1;
     EXPECT_NEAR(ComputeEdge(ctx, r), -25.0 * 0.707, 1e-9);
@@ -74,9 +74,8 @@ TEST_F(EdgeTest, StartAtTheRightBankFlipsComputedEdgesButNotTheUserEstimate) {
     discharge.LeftEdgeArea = 7.0;
     EXPECT_DOUBLE_EQ(ComputeEdge(ctx, r), 3.5);
     EXPECT_DOUBLE_EQ(discharge.LeftEdgeArea, 7.0);  // no area for a user estimate
-}
 
-TEST_F(EdgeTest, WaterAgainstTheCourseDirectionCountsNegative) {
+    // Water against the course direction counts negative.
     SetProfile(0, Water(0.0, -100.0));
     EXPECT_NEAR(ComputeEdge(ctx, Request(kBankMethodSloped, 10.0)), -25.0 * 0.707, 1e-9);
 }

@@ -34,23 +34,20 @@ FitColumn PowerLawColumn() {
     return c;
 }
 
-TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromTheWholeLayer) {
-    const FitChoice entire{kFitTypePower, 0, 1.0 / 6.0};
-    const LayerFit top = FitTopLayer(entire, PowerLawColumn());
-    const LayerFit bottom = FitBottomLayer(entire, PowerLawColumn());
-    EXPECT_NEAR(top.mean.North * (kH - kD1) / Integral(kD1, kH), 1.0, 1e-9);
-    EXPECT_NEAR(bottom.mean.North * kD2 / Integral(0.0, kD2), 1.0, 1e-9);
-    EXPECT_DOUBLE_EQ(top.mean.East, 0.0);
-    EXPECT_NEAR(top.ratio, Integral(kD1, kH) / Integral(kD2, kD1), 1e-12);
-    EXPECT_NEAR(bottom.ratio, Integral(0.0, kD2) / Integral(kD2, kD1), 1e-12);
-}
-
-TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromARangeOfCells) {
-    const FitChoice range{kFitTypePower, 1, 1.0 / 6.0};
-    const LayerFit top = FitTopLayer(range, PowerLawColumn());
-    const LayerFit bottom = FitBottomLayer(range, PowerLawColumn());
-    EXPECT_NEAR(top.mean.North * (kH - kD1) / Integral(kD1, kH), 1.0, 1e-9);
-    EXPECT_NEAR(bottom.mean.North * kD2 / Integral(0.0, kD2), 1.0, 1e-9);
+TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromTheWholeLayerOrARangeOfCells) {
+    for (int entireProfile : {0, 1}) {
+        SCOPED_TRACE(entireProfile);
+        const FitChoice choice{kFitTypePower, entireProfile, 1.0 / 6.0};
+        const LayerFit top = FitTopLayer(choice, PowerLawColumn());
+        const LayerFit bottom = FitBottomLayer(choice, PowerLawColumn());
+        EXPECT_NEAR(top.mean.North * (kH - kD1) / Integral(kD1, kH), 1.0, 1e-9);
+        EXPECT_NEAR(bottom.mean.North * kD2 / Integral(0.0, kD2), 1.0, 1e-9);
+        EXPECT_DOUBLE_EQ(top.mean.East, 0.0);
+        if (entireProfile == 0) {
+            EXPECT_NEAR(top.ratio, Integral(kD1, kH) / Integral(kD2, kD1), 1e-12);
+            EXPECT_NEAR(bottom.ratio, Integral(0.0, kD2) / Integral(kD2, kD1), 1e-12);
+        }
+    }
 }
 
 TEST(PowerFit, SubLayersAreTheLawsMeansOverTenthsOfTheirSpan) {

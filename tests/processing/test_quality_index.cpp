@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(QualityIndexTest, MeasuredLayerRatesByVelocityErrorAndPings) {
+TEST_F(QualityIndexTest, MeasuredLayerRatesByVelocityErrorAndPingsAndOnePingIsInfinite) {
     ProfileScene scene;
     scene.pings = 10;
     TakeProfile(0, scene);
@@ -29,12 +29,7 @@ TEST_F(QualityIndexTest, MeasuredLayerRatesByVelocityErrorAndPings) {
         (static_cast<double>(2.576f) + static_cast<double>(8.9f) / std::pow(9.0, 1.125)) / std::sqrt(10.0) * 2.0;
     EXPECT_NEAR(Index(2.0), expected, 1e-5);
     EXPECT_FLOAT_EQ(Index(0.0), 100.0f);  // a perfect profile rates like an unrated one
-}
-
-TEST_F(QualityIndexTest, SinglePingRatesInfinite) {
-    ProfileScene scene;
-    scene.pings = 1;
-    TakeProfile(0, scene);
+    Raw(0).header.pingCount = 1;          // one ping rates infinite
     EXPECT_TRUE(std::isinf(Index(2.0)));
 }
 

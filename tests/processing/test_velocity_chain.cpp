@@ -183,25 +183,20 @@ TEST_F(RecordedSceneTest, BeamXyzAndEnuGiveTheSameEarthVelocity) {
     EXPECT_NEAR(enu[1], speed * 100.0, 0.3);
 }
 
-TEST_F(RecordedSceneTest, UserRotationTurnsBeamDataClockwiseByItsAngle) {
-    const VelocityVector plain = Record(kCoordBeam);
+TEST_F(RecordedSceneTest, UserRotationTurnsBeamDataClockwiseAndAppliesTheUserMatrixToEnu) {
+    const VelocityVector plainBeam = Record(kCoordBeam);
+    const VelocityVector plainEnu = Record(kCoordEnu);
     settings.UserRotationActive = true;
     settings.UserRotationAngle = 30.0;
-    const VelocityVector turned = Record(kCoordBeam);
-    const double turn = VectorDirection(turned[0], turned[1]) - VectorDirection(plain[0], plain[1]);
+    const VelocityVector beam = Record(kCoordBeam);
+    const double turn = VectorDirection(beam[0], beam[1]) - VectorDirection(plainBeam[0], plainBeam[1]);
     EXPECT_NEAR(std::fmod(turn + 360.0, 360.0), 30.0, 0.3);
-    EXPECT_NEAR(std::hypot(turned[0], turned[1]), std::hypot(plain[0], plain[1]), 0.2);
-}
-
-TEST_F(RecordedSceneTest, UserRotationOfEnuDataAppliesTheUserMatrix) {
-    const VelocityVector plain = Record(kCoordEnu);
-    settings.UserRotationActive = true;
-    settings.UserRotationAngle = 30.0;
-    const VelocityVector turned = Record(kCoordEnu);
+    EXPECT_NEAR(std::hypot(beam[0], beam[1]), std::hypot(plainBeam[0], plainBeam[1]), 0.2);
     // The matrix of heading 90 - a: E' = E cos a - N sin a, N' = E sin a + N cos a.
+    const VelocityVector enu = Record(kCoordEnu);
     const double c = std::cos(30 * kRad), s = std::sin(30 * kRad);
-    EXPECT_NEAR(turned[0], plain[0] * c - plain[1] * s, 0.3);
-    EXPECT_NEAR(turned[1], plain[0] * s + plain[1] * c, 0.3);
+    EXPECT_NEAR(enu[0], plainEnu[0] * c - plainEnu[1] * s, 0.3);
+    EXPECT_NEAR(enu[1], plainEnu[0] * s + plainEnu[1] * c, 0.3);
 }
 
 }  // namespace

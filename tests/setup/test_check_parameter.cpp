@@ -30,6 +30,17 @@ struct Boundary {
 
 void NoSensor(const NodeRef& s) { Set(s, "Conf", "TemperatureInstalled", Variant(uint8_t{0})); }
 void PulseCoherent(const NodeRef& s) { Set(s, "Setup", "PCMode", Variant(uint8_t{1})); }
+void CellCountNotTold(const NodeRef& s) { Set(s, "Other", "MaxNumberOfCells", Variant(int16_t{0})); }
+// Told least cell 12.34 cm, kept as 123 mm, and least blank 20 cm: the blank limit of 3000 kHz
+// is then 600 - 12.3 = 587.7 cm.
+void ToldLeastCellAndBlank(const NodeRef& s) {
+    Set(s, "Other", "MinCellSizeInCm", Variant(12.34));
+    Set(s, "Oper", "MinBlankLengthInCm", Variant(uint8_t{20}));
+}
+void ToldLeastCellAndBlankInFeet(const NodeRef& s) {
+    ToldLeastCellAndBlank(s);
+    UseEnglishUnits(s);
+}
 
 const std::string kMounting = "Mounting depth should be in\nthe range of  0.00 to  5.00 m.";
 const std::string kMountingFt = "Mounting depth should be in\nthe range of  0.00 to 16.40 ft.";
@@ -56,6 +67,17 @@ const std::vector<Boundary>& Boundaries() {
         {"FixedMountingDepthInCm", "Setup", "FixedMountingDepthInCm", {}, {Variant(501.0)}, kMountingFt,
          UseEnglishUnits},
         {"EstimatedDepth", "Other", "EstimatedDepth", {}, {Variant(501.0)}, kMountingFt, UseEnglishUnits},
+        {"NumberOfCells", "Setup", "NumberOfCells", {Variant(int16_t{1}), Variant(int16_t{128})},
+         {Variant(int16_t{0}), Variant(int16_t{129})}, "Number of cells should be between 1 and 128."},
+        // Not told: only the stored type bounds it.
+        {"NumberOfCells", "Setup", "NumberOfCells", {Variant(int16_t{500})}, {Variant(int16_t{0})},
+         "Number of cells should be between 1 and 32767.", CellCountNotTold},
+        {"BlankingDistanceInCm", "Setup", "BlankingDistanceInCm", {Variant(20.0), Variant(587.0)},
+         {Variant(19.0), Variant(588.0)}, "Blanking distance should be in\nthe range of  0.20 to  5.88 m.",
+         ToldLeastCellAndBlank},
+        // 20 cm = 0.656 ft, 587.7 cm = 19.281 ft.
+        {"BlankingDistanceInCm", "Setup", "BlankingDistanceInCm", {}, {Variant(588.0)},
+         "Blanking distance should be in\nthe range of  0.66 to 19.28 ft.", ToldLeastCellAndBlankInFeet},
         {"MountingMethod", "Other", "MountingMethod", {Variant(int16_t{0}), Variant(int16_t{7})}, {}, ""},
         {"UserSalinity", "Setup", "UserSalinity", {Variant(0.0), Variant(60.0)}, {Variant(-0.01), Variant(60.01)},
          "Water salinity should be in the range of 0 to 60."},

@@ -44,38 +44,31 @@ const Row kRows[] = {
     {7, 400, 2500, 50000, 50000, 49600, " 4.00 to 25.00", " 0.10 to 496.00", "500.0"},
 };
 
-TEST(ProfilingRules, CellSizeLimitsOfEachFrequencyWhenNotTold) {
+TEST(ProfilingRules, CellSizeAndBlankLimitsOfEachFrequencyWhenNotTold) {
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.index);
-        const NodeRef system = ValidSystem(row.index);
-        const std::string message = std::string("Cell size should be in\nthe range of ") + row.cellRange + " m.";
-        for (double size : {row.leastCm, row.greatestCm}) {
-            Set(system, "Setup", "CellSizeInCm", Variant(size));
-            EXPECT_EQ(Result("CellSizeInCm", system), 1) << size;
-        }
-        for (double size : {row.leastCm - 1, row.greatestCm + 1}) {
-            Set(system, "Setup", "CellSizeInCm", Variant(size));
-            const ParameterCheck check = CheckParameter("CellSizeInCm", system);
-            EXPECT_EQ(check.result, 0) << size;
-            EXPECT_EQ(check.message, message);
-        }
-    }
-}
-
-TEST(ProfilingRules, BlankLimitOfEachFrequency) {
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(row.index);
-        const NodeRef system = ValidSystem(row.index);
-        const std::string message = std::string("Blanking distance should be in\nthe range of ") + row.blankRange + " m.";
-        for (double blank : {10.0, row.blankLimitCm}) {
-            Set(system, "Setup", "BlankingDistanceInCm", Variant(blank));
-            EXPECT_EQ(Result("BlankingDistanceInCm", system), 1) << blank;
-        }
-        for (double blank : {9.0, row.blankLimitCm + 1}) {
-            Set(system, "Setup", "BlankingDistanceInCm", Variant(blank));
-            const ParameterCheck check = CheckParameter("BlankingDistanceInCm", system);
-            EXPECT_EQ(check.result, 0) << blank;
-            EXPECT_EQ(check.message, message);
+        const struct {
+            const char* key;
+            double least, greatest;
+            std::string message;
+        } limits[] = {
+            {"CellSizeInCm", row.leastCm, row.greatestCm,
+             std::string("Cell size should be in\nthe range of ") + row.cellRange + " m."},
+            {"BlankingDistanceInCm", 10.0, row.blankLimitCm,
+             std::string("Blanking distance should be in\nthe range of ") + row.blankRange + " m."},
+        };
+        for (const auto& limit : limits) {
+            const NodeRef system = ValidSystem(row.index);
+            for (double value : {limit.least, limit.greatest}) {
+                Set(system, "Setup", limit.key, Variant(value));
+                EXPECT_EQ(Result(limit.key, system), 1) << limit.key << " " << value;
+            }
+            for (double value : {limit.least - 1, limit.greatest + 1}) {
+                Set(system, "Setup", limit.key, Variant(value));
+                const ParameterCheck check = CheckParameter(limit.key, system);
+                EXPECT_EQ(check.result, 0) << limit.key << " " << value;
+                EXPECT_EQ(check.message, limit.message);
+            }
         }
     }
 }
@@ -155,43 +148,6 @@ TEST(ProfilingRules, CellLimitsToldByTheInstrumentReplaceTheTable) {
     Set(system, "Other", "MaxCellSizeInCm", Variant(-1.0));
     Set(system, "Setup", "CellSizeInCm", Variant(int16_t{200}));
     EXPECT_EQ(Result("CellSizeInCm", system), 1);
-}
-
-TEST(ProfilingRules, BlankLimitFollowsTheToldLeastCellAndBlank) {
-    const NodeRef system = ValidSystem(0);
-    Set(system, "Other", "MinCellSizeInCm", Variant(12.34));  // 123 mm: limit 600 - 12.3 = 587.7 cm
-    Set(system, "Oper", "MinBlankLengthInCm", Variant(uint8_t{20}));
-    const std::string message = "Blanking distance should be in\nthe range of  0.20 to  5.88 m.";
-    for (double blank : {20.0, 587.0}) {
-        Set(system, "Setup", "BlankingDistanceInCm", Variant(blank));
-        EXPECT_EQ(Result("BlankingDistanceInCm", system), 1) << blank;
-    }
-    for (double blank : {19.0, 588.0}) {
-        Set(system, "Setup", "BlankingDistanceInCm", Variant(blank));
-        EXPECT_EQ(CheckParameter("BlankingDistanceInCm", system).message, message) << blank;
-    }
-    UseEnglishUnits(system);  // 20 cm = 0.656 ft, 587.7 cm = 19.281 ft
-    EXPECT_EQ(CheckParameter("BlankingDistanceInCm", system).message,
-              "Blanking distance should be in\nthe range of  0.66 to 19.28 ft.");
-}
-
-TEST(ProfilingRules, NumberOfCellsUpToTheToldMaximum) {
-    const NodeRef system = ValidSystem(0);
-    const std::string message = "Number of cells should be between 1 and 128.";
-    for (int cells : {1, 128}) {
-        Set(system, "Setup", "NumberOfCells", Variant(static_cast<int16_t>(cells)));
-        EXPECT_EQ(Result("NumberOfCells", system), 1) << cells;
-    }
-    for (int cells : {0, 129}) {
-        Set(system, "Setup", "NumberOfCells", Variant(static_cast<int16_t>(cells)));
-        EXPECT_EQ(CheckParameter("NumberOfCells", system).message, message) << cells;
-    }
-    // Not told: only the stored type bounds it; the range tests still stand.
-    Set(system, "Other", "MaxNumberOfCells", Variant(int16_t{0}));
-    Set(system, "Setup", "NumberOfCells", Variant(int16_t{500}));
-    EXPECT_EQ(Result("NumberOfCells", system), 1);
-    Set(system, "Setup", "NumberOfCells", Variant(int16_t{0}));
-    EXPECT_EQ(CheckParameter("NumberOfCells", system).message, "Number of cells should be between 1 and 32767.");
 }
 
 TEST(ProfilingRules, UnknownFrequencyRefusesTheLayoutRules) {
