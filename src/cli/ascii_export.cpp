@@ -19,14 +19,36 @@ bool ExportTFormat(ProcessingSession& s, const std::string& out) {
     return WriteTFormatFile(*s.document, out, unit, s.prompt);
 }
 
-bool ExportAsciiFiles(ProcessingSession& s, AsciiOutputKind kind, const std::string& stem) {
+namespace {
+
+// The dialog's request from the document's settings (after --coords / --velocity-ref).
+AsciiFileRequest RequestOf(const ProcessingSession& s, const std::string& stem, std::optional<double> declination) {
     AsciiFileRequest request;
     request.basePath = stem;
     request.coordinateSystem = s.document->Values().display.coordinateSystem;
     request.velocityReference = s.document->Values().display.velocityReference;
-    std::vector<std::string> messages;
-    const bool ok = WriteAsciiOutput(*s.document, kind, request, s.prompt, messages);
+    request.magneticDeclination = declination;
+    return request;
+}
+
+void PrintMessages(const std::vector<std::string>& messages) {
     for (const std::string& line : messages) std::printf("%s\n", line.c_str());
+}
+
+}  // namespace
+
+bool ExportAsciiFiles(ProcessingSession& s, AsciiOutputKind kind, const std::string& stem,
+                      std::optional<double> declination) {
+    std::vector<std::string> messages;
+    const bool ok = WriteAsciiOutput(*s.document, kind, RequestOf(s, stem, declination), s.prompt, messages);
+    PrintMessages(messages);
+    return ok;
+}
+
+bool ExportAllAsciiFiles(ProcessingSession& s, const std::string& stem, std::optional<double> declination) {
+    std::vector<std::string> messages;
+    const bool ok = WriteAllAsciiOutputs(*s.document, RequestOf(s, stem, declination), s.prompt, messages);
+    PrintMessages(messages);
     return ok;
 }
 

@@ -3,6 +3,7 @@
 // per-variable files of the "ASCII File Output" set, the raw GPS and echo sounder sentences and
 // the profile dump, each over a processing session.
 
+#include <optional>
 #include <string>
 
 #include "cli/processing_session.h"
@@ -17,7 +18,12 @@ bool ExportTFormat(ProcessingSession& session, const std::string& out);
 // `stem` is the path without extension that every file of the kind is named from; the message
 // list goes to stdout. The velocity set takes the document's coordinate system and reference
 // (--coords, --velocity-ref).
-bool ExportAsciiFiles(ProcessingSession& session, AsciiOutputKind kind, const std::string& stem);
+// `declination` (degrees) replaces the document's declination for the velocity set only.
+bool ExportAsciiFiles(ProcessingSession& session, AsciiOutputKind kind, const std::string& stem,
+                      std::optional<double> declination = std::nullopt);
+// "Write All Files": every per-variable kind under `stem`, in the dialog's order.
+bool ExportAllAsciiFiles(ProcessingSession& session, const std::string& stem,
+                         std::optional<double> declination = std::nullopt);
 bool ExportRawSentenceFile(ProcessingSession& session, RawSentenceKind kind, const std::string& out);
 bool ExportProfileDump(ProcessingSession& session, const std::string& out);
 

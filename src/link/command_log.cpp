@@ -12,15 +12,13 @@ CommandLog::CommandLog(const std::string& path) {
     if (::stat(path.c_str(), &st) == 0 && static_cast<uint64_t>(st.st_size) >= kCommandLogRotateBytes) {
         std::rename(path.c_str(), (path + ".old").c_str());
     }
-    file_ = std::fopen(path.c_str(), "ab");
+    file_.Open(path, TextFile::Mode::Append);
 }
 
-CommandLog::~CommandLog() {
-    if (file_) std::fclose(file_);
-}
+CommandLog::~CommandLog() = default;
 
 void CommandLog::Write(const std::string& text) {
-    if (file_ && !text.empty()) std::fwrite(text.data(), 1, text.size(), file_);
+    file_.Put(text);
 }
 
 }  // namespace rm

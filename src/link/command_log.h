@@ -6,8 +6,9 @@
 // command, so the log cannot fill the disk over the years.
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
+
+#include "data/text_file.h"
 
 namespace rm {
 
@@ -24,11 +25,11 @@ public:
     CommandLog(const CommandLog&) = delete;
     CommandLog& operator=(const CommandLog&) = delete;
 
-    bool IsOpen() const { return file_ != nullptr; }
+    bool IsOpen() const { return file_.IsOpen(); }
     void Write(const std::string& text);
 
 private:
-    std::FILE* file_ = nullptr;
+    TextFile file_;  // a text file: each "\n" written is "\r\n" on disk
 };
 
 }  // namespace rm

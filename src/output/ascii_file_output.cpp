@@ -12,7 +12,6 @@ namespace rm {
 
 namespace {
 
-
 int Beams(const CSurveyKVRDoc& document) { return std::clamp<int>(document.Data().conf.Nbeams, 0, 4); }
 
 std::vector<std::string> Numbered(const std::string& base, const char* prefix, int beams) {
@@ -43,20 +42,20 @@ ProfileLineBody BodyOf(AsciiOutputKind kind, const AsciiFileRequest& request, si
     const int reference = request.velocityReference;
     switch (kind) {
         case AsciiOutputKind::Header:
-            return [](std::FILE* f, const ProcessingContext& ctx, int slot, size_t) { WriteHeaderLine(f, ctx, slot); };
+            return [](TextFile& f, const ProcessingContext& ctx, int slot, size_t) { WriteHeaderLine(f, ctx, slot); };
         case AsciiOutputKind::Gps:
-            return [](std::FILE* f, const ProcessingContext& ctx, int slot, size_t) { WriteGpsLine(f, ctx, slot); };
+            return [](TextFile& f, const ProcessingContext& ctx, int slot, size_t) { WriteGpsLine(f, ctx, slot); };
         case AsciiOutputKind::SignalStrength:
         case AsciiOutputKind::StdDeviation:
         case AsciiOutputKind::SnRatio: {
             const int code = kind == AsciiOutputKind::SignalStrength ? 2 : kind == AsciiOutputKind::StdDeviation ? 3 : 4;
-            return [code](std::FILE* f, const ProcessingContext& ctx, int slot, size_t beam) {
+            return [code](TextFile& f, const ProcessingContext& ctx, int slot, size_t beam) {
                 WriteCellValues(f, ctx, slot, code, static_cast<int>(beam), ctx.settings.CoordinateSystem,
                                 ctx.settings.VelocityReference);
             };
         }
         case AsciiOutputKind::Velocity:
-            return [coords, reference, componentFiles](std::FILE* f, const ProcessingContext& ctx, int slot,
+            return [coords, reference, componentFiles](TextFile& f, const ProcessingContext& ctx, int slot,
                                                        size_t index) {
                 if (index < componentFiles) {
                     WriteCellValues(f, ctx, slot, 1, static_cast<int>(index), coords, reference);
@@ -68,12 +67,24 @@ ProfileLineBody BodyOf(AsciiOutputKind kind, const AsciiFileRequest& request, si
                     const double u = GetProfileValue(ctx, 1, 0, coords, reference, slot, cell);
                     const double v = GetProfileValue(ctx, 1, 1, coords, reference, slot, cell);
                     const SpeedDirection sd = VelocitySpeedDirection(u, v);
-                    std::fprintf(f, "%8.1f", index == componentFiles ? sd.speed : sd.direction);
+                    f.Write("%8.1f", index == componentFiles ? sd.speed : sd.direction);
                 }
             };
         case AsciiOutputKind::Configuration: break;
     }
     return {};
+}
+
+// A full pass with `declination` in place of the document's own, which is put back and the
+// results computed again with it; a plain pass without one.
+bool RecomputeWithDeclination(CSurveyKVRDoc& document, std::optional<double> declination, PassObserver* observer) {
+    if (!declination) return document.Recompute(observer);
+    double& inForce = document.Data().derived.magneticDeclination;
+    const double own = inForce;
+    inForce = *declination;
+    const bool computed = document.Recompute(observer);
+    inForce = own;
+    return document.Recompute() && computed;
 }
 
 }  // namespace
@@ -134,7 +145,9 @@ bool WriteAsciiOutput(CSurveyKVRDoc& document, AsciiOutputKind kind, const Ascii
         ProfileLineFiles files(range, BodyOf(kind, request, componentFiles));
         ok = files.Open(paths);
         if (ok) {
-            const bool computed = document.Recompute(&files);
+            const std::optional<double> declination =
+                kind == AsciiOutputKind::Velocity ? request.magneticDeclination : std::nullopt;
+            const bool computed = RecomputeWithDeclination(document, declination, &files);
             ok = files.Close() && computed;
         }
     }

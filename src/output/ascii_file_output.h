@@ -5,8 +5,10 @@
 //
 // Files are named from a base path without extension: base.ctl, base.hdr, base.a1 ...,
 // base.sd1 ..., base.sn1 ..., base.gps and the velocity set (velocity_files.h). The velocity set
-// uses the request's coordinate system and reference; the document's own settings are not
-// changed by the write.
+// uses the request's coordinate system and reference, which are handed to the value accessor;
+// the document's settings are not changed for them. A declination of the request is set on the
+// document for the velocity pass only; the document's own is restored and its results computed
+// again with it.
 
 #include <cstdint>
 #include <optional>
@@ -24,6 +26,9 @@ struct AsciiFileRequest {
     int first = 0, last = 0;  // items from 1, inclusive; 0 for all
     int coordinateSystem = 2;  // velocity set: 0 beam, 1 XYZ, 2 ENU
     int velocityReference = 0;  // velocity set: 0 instrument, 1 bottom track, 2 GPS
+    // The dialog's "Magnetic Declination" (degrees): when given, the velocity set is computed
+    // with it in place of the document's declination, which is put back afterwards.
+    std::optional<double> magneticDeclination;
     // The drive's free bytes; asked of the system (the base path's folder) when not given.
     std::optional<uint64_t> freeBytes;
 };

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "app/dis_export.h"
+#include "data/text_file.h"
 #include "processing/processing_inputs.h"
 #include "processing/processing_steps.h"
 
@@ -18,14 +19,14 @@ void Append(std::string& out, const char* format, double a, double b = 0.0, doub
 
 class DumpWriter : public PassObserver {
 public:
-    explicit DumpWriter(std::FILE* file) : file_(file) {}
+    explicit DumpWriter(TextFile& file) : file_(file) {}
+    // The dump's literals carry their own "\r\n": written as they are.
     void OnProfile(const ProcessingContext& ctx, int item, int slot, bool /*readOk*/) override {
-        const std::string text = ProfileDumpText(ctx, item, slot);
-        std::fwrite(text.data(), 1, text.size(), file_);
+        file_.PutBytes(ProfileDumpText(ctx, item, slot));
     }
 
 private:
-    std::FILE* file_;
+    TextFile& file_;
 };
 
 }  // namespace
@@ -68,17 +69,16 @@ std::string ProfileDumpText(const ProcessingContext& ctx, int item, int slot) {
 }
 
 bool WriteProfileDumpFile(CSurveyKVRDoc& document, const std::string& path, UserPrompt& prompt) {
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) {
+    TextFile file;
+    if (!file.Open(path)) {
         prompt.Message(kWriteFileError);
         return false;
     }
     DumpWriter writer(file);
     const bool computed = document.Recompute(&writer);
-    const bool ok = std::ferror(file) == 0;
-    const bool closed = std::fclose(file) == 0;
-    if (!ok || !closed) prompt.Message(kWriteFileError);
-    return computed && ok && closed;
+    const bool written = file.Close();
+    if (!written) prompt.Message(kWriteFileError);
+    return computed && written;
 }
 
 }  // namespace rm

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "data/pmk_file.h"
+#include "data/text_file.h"
 #include "data/variant.h"
 
 namespace rm {
@@ -40,8 +41,8 @@ int WriteRawSentences(const NodeRef& extraDataRoot, RawSentenceKind kind, const 
                       const NodeRef& selection) {
     const RawSentenceExportInfo& info = RawSentenceExportOf(kind);
     const std::string prefix = info.prefix;
-    std::FILE* out = std::fopen(outputPath.c_str(), "w");
-    if (out == nullptr) return -1;
+    TextFile out;
+    if (!out.Open(outputPath)) return -1;
     int lines = 0;
     for (int i = 0; i < extraDataRoot.ItemCount(); ++i) {
         if (!IsProfileTree(extraDataRoot.ItemName(i))) continue;
@@ -54,12 +55,11 @@ int WriteRawSentences(const NodeRef& extraDataRoot, RawSentenceKind kind, const 
             const std::string line = sentences.ItemValue(s).ToText();
             if (line.compare(0, prefix.size(), prefix) != 0) continue;
             if (!Selected(selection, sentences.ItemName(s))) continue;
-            std::fprintf(out, "%s\n", line.c_str());
+            out.Write("%s\n", line.c_str());
             ++lines;
         }
     }
-    const bool ok = std::ferror(out) == 0;
-    return std::fclose(out) == 0 && ok ? lines : -1;
+    return out.Close() ? lines : -1;
 }
 
 int ExportRawSentences(const std::string& dataPath, RawSentenceKind kind, const std::string& outputPath,

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "data/instrument_records.h"
+#include "data/text_file.h"
 #include "output/significant_digits.h"
 #include "processing/processing_types.h"
 
@@ -299,18 +300,10 @@ std::string SumFileText(const SumFileInputs& in) {
 }
 
 bool WriteSumFile(const std::string& path, const SumFileInputs& inputs) {
-    const std::string text = SumFileText(inputs);
-    std::string bytes;
-    bytes.reserve(text.size() + text.size() / 16);
-    for (const char c : text) {
-        if (c == '\n') bytes += '\r';
-        bytes += c;
-    }
-    std::FILE* file = std::fopen(path.c_str(), "wb");
-    if (file == nullptr) return false;
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-    const bool closed = std::fclose(file) == 0;
-    return written && closed;
+    TextFile file;
+    if (!file.Open(path)) return false;
+    file.Put(SumFileText(inputs));
+    return file.Close();
 }
 
 }  // namespace rm

@@ -8,7 +8,9 @@ namespace rm {
 
 namespace {
 constexpr int kTemperatureModeMeasured = 1;
-}
+constexpr int kDepthTypeFixed = 0;
+constexpr int kDepthTypeSensor = 1;
+}  // namespace
 
 SumFileInputs SumFileInputsOf(const CSurveyKVRDoc& document, const AppSettings& app) {
     const CKvrData& data = document.Data();
@@ -25,7 +27,15 @@ SumFileInputs SumFileInputsOf(const CSurveyKVRDoc& document, const AppSettings& 
     in.numberOfCells = user.NumberOfCells;
     in.cellSizeCm = user.CellSizeCm;
     in.blanking = user.BlankDistance * 0.01;
-    in.transducerDepth = user.SensorDepth * 0.01;
+    const ProcessingSettings& settings = document.Settings();
+    // Depth type 1 is the mounting depth that the depth sensor measured ("Depth Calibration"):
+    // the file names the sensor rather than a number. Type 0 is the setup's fixed depth, any
+    // other type none.
+    in.transducerDepthFromSensor = settings.DepthType == kDepthTypeSensor;
+    in.transducerDepth = settings.DepthType == kDepthTypeFixed ? user.SensorDepth * 0.01 : 0.0;
+    // The profiled range runs from the start of the first cell to the end of the last; with the
+    // shallow-water ping in use the range changes from profile to profile, so both ends are shown.
+    in.variableRange = document.Measurement().ShallowWaterPing != 0 && settings.UseShallowWaterPing != 0;
     in.rangeStart = in.blanking;
     in.rangeEnd = in.blanking + user.NumberOfCells * user.CellSizeCm * 0.01;
     in.averagingInterval = user.AveragingInterval;
@@ -42,6 +52,14 @@ SumFileInputs SumFileInputsOf(const CSurveyKVRDoc& document, const AppSettings& 
     in.userTemperatureTenths = user.DefaultTemperature;
     in.salinity = user.DefaultSalinity * 0.1;
     in.speedOfSound = user.DefaultSpeedOfSound * 0.1;
+    // The CTD extremes of the last pass over the measurement's range; none when no profile of
+    // the range carried a CTD block.
+    const RunningState& running = document.Running();
+    in.ctdPresent = data.conf.CtdSensorInstalled != 0 && running.ctdMinTemperature <= running.ctdMaxTemperature;
+    in.ctdTemperatureMin = running.ctdMinTemperature;
+    in.ctdTemperatureMax = running.ctdMaxTemperature;
+    in.ctdSalinityMin = running.ctdMinSalinity;
+    in.ctdSalinityMax = running.ctdMaxSalinity;
     return in;
 }
 

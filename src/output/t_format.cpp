@@ -55,14 +55,14 @@ const TrackPoint* TrackOf(const ProcessingContext& ctx, const SlotResults& r) {
 
 }  // namespace
 
-void WriteTFormatHead(std::FILE* file, const ProcessingContext& ctx) {
+void WriteTFormatHead(TextFile& file, const ProcessingContext& ctx) {
     const UserSetup& user = ctx.data.user;
-    std::fprintf(file, "%s", user.CommentLine1.c_str());
-    std::fprintf(file, "\n%s", user.CommentLine2.c_str());
-    std::fprintf(file, "\n%6d %6d %6d %6d %6d %6d %6d", static_cast<int>(std::lround(user.CellSizeCm)),
-                 static_cast<int>(user.BlankDistance), CellsWritten(ctx, user.NumberOfCells),
-                 static_cast<int>(user.AveragingInterval), static_cast<int>(user.NumberOfCells),
-                 static_cast<int>(user.CoordinateSystem), static_cast<int>(user.OutMode));
+    file.Write("%s", user.CommentLine1.c_str());
+    file.Write("\n%s", user.CommentLine2.c_str());
+    file.Write("\n%6d %6d %6d %6d %6d %6d %6d", static_cast<int>(std::lround(user.CellSizeCm)),
+               static_cast<int>(user.BlankDistance), CellsWritten(ctx, user.NumberOfCells),
+               static_cast<int>(user.AveragingInterval), static_cast<int>(user.NumberOfCells),
+               static_cast<int>(user.CoordinateSystem), static_cast<int>(user.OutMode));
 }
 
 void TFormatWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, bool /*readOk*/) {
@@ -78,58 +78,58 @@ void TFormatWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, 
             : 0.0;
 
     // 1: time, number, attitude and temperature.
-    std::fprintf(file_, "\n%2d %2d %2d %2d %2d %2d %2d %8d %8d %7.3f %7.3f %7.3f %7.3f", h.year, h.month, h.day, h.hour,
-                 h.minute, h.second, h.hundredths, item, 1, h.pitch * 0.1, h.roll * 0.1, h.heading * 0.1 - declination,
-                 h.temperature * 0.01);
+    file_.Write("\n%2d %2d %2d %2d %2d %2d %2d %8d %8d %7.3f %7.3f %7.3f %7.3f", h.year, h.month, h.day, h.hour,
+                h.minute, h.second, h.hundredths, item, 1, h.pitch * 0.1, h.roll * 0.1, h.heading * 0.1 - declination,
+                h.temperature * 0.01);
 
     // 2: bottom-track velocity per beam row, GPS velocity and speed, depths per beam, mean and
     // echo depth.
     const double gpsEast = r.gpsPresent && r.gpsEast < MissingValueF ? r.gpsEast * 0.001 : MissingValue;
     const double gpsNorth = r.gpsPresent && r.gpsNorth < MissingValueF ? r.gpsNorth * 0.001 : MissingValue;
     const double gpsSpeed = gpsEast < MissingValue && gpsNorth < MissingValue ? std::hypot(gpsEast, gpsNorth) : MissingValue;
-    std::fputc('\n', file_);
+    file_.Put("\n");
     for (int i = 0; i < 4; ++i) {
         const double v = bottomTrack ? r.bottomTrack.Velocity[static_cast<size_t>(i)] : MissingValue;
-        std::fprintf(file_, "%s%7.2f", i == 0 ? "" : " ", Out(v, u.velocity));
+        file_.Write("%s%7.2f", i == 0 ? "" : " ", Out(v, u.velocity));
     }
-    std::fprintf(file_, " %7.2f %7.2f %7.2f", Out(gpsEast, u.velocity), Out(gpsNorth, u.velocity),
-                 Out(gpsSpeed, u.velocity));
+    file_.Write(" %7.2f %7.2f %7.2f", Out(gpsEast, u.velocity), Out(gpsNorth, u.velocity),
+                Out(gpsSpeed, u.velocity));
     for (int i = 0; i < 4; ++i) {
         const double d = bottomTrack && i < BeamCount(record) ? r.bottomTrack.Depth[static_cast<size_t>(i)] : MissingValue;
-        std::fprintf(file_, " %7.2f", Out(d, u.length));
+        file_.Write(" %7.2f", Out(d, u.length));
     }
-    std::fprintf(file_, " %7.2f %7.2f", Out(r.meanDepth, u.length), Out(r.echoDepth, u.length));
+    file_.Write(" %7.2f %7.2f", Out(r.meanDepth, u.length), Out(r.echoDepth, u.length));
 
     // 3: track relative to the first profile, distance made good, travelled distance, course.
     const TrackPoint* track = TrackOf(ctx, r);
     if (track != nullptr) {
         const double dmg = std::hypot(track->East, track->North);
         const double course = VelocitySpeedDirection(track->East, track->North).direction;
-        std::fprintf(file_, "\n%10.2f %10.2f %10.2f %10.2f %10.2f", Out(track->East, u.length),
-                     Out(track->North, u.length), Out(dmg, u.length), Out(track->Distance, u.length), course);
+        file_.Write("\n%10.2f %10.2f %10.2f %10.2f %10.2f", Out(track->East, u.length),
+                    Out(track->North, u.length), Out(dmg, u.length), Out(track->Distance, u.length), course);
     } else {
-        std::fprintf(file_, "\n%10.2f %10.2f %10.2f %10.2f %10.2f", MissingValue, MissingValue, MissingValue,
-                     MissingValue, MissingValue);
+        file_.Write("\n%10.2f %10.2f %10.2f %10.2f %10.2f", MissingValue, MissingValue, MissingValue,
+                    MissingValue, MissingValue);
     }
 
     // 4: position and GPS velocity.
-    std::fprintf(file_, "\n%12.7f %12.7f %7.2f %7.2f %7.1f", r.gpsPresent ? r.gps.endLatitude : MissingValue,
-                 r.gpsPresent ? r.gps.endLongitude : MissingValue, Out(gpsEast, u.velocity), Out(gpsNorth, u.velocity),
-                 Out(gpsSpeed, u.velocity));
+    file_.Write("\n%12.7f %12.7f %7.2f %7.2f %7.1f", r.gpsPresent ? r.gps.endLatitude : MissingValue,
+                r.gpsPresent ? r.gps.endLongitude : MissingValue, Out(gpsEast, u.velocity), Out(gpsNorth, u.velocity),
+                Out(gpsSpeed, u.velocity));
 
     // 5: discharge parts of the profile, the cumulative discharge, the edges; width and area.
     const double q3 = u.length * u.length * u.length;
     if (p.TotalQ < MissingValueF) cumulativeQ_ += p.TotalQ;
     const CDischargeData& m = ctx.discharge;
-    std::fprintf(file_, "\n%11.2f %11.2f %11.2f %11.2f %11.2f %11.2f %11.2f %11.3f %11.3f", Out(p.TopQ, q3),
-                 Out(p.MiddleQ, q3), Out(p.BottomQ, q3), Out(p.TotalQ, q3), Out(cumulativeQ_, q3),
-                 Out(m.LeftDischarge, q3), Out(m.RightDischarge, q3), Out(m.TotalWidth, u.length),
-                 Out(m.Area, u.length * u.length));
+    file_.Write("\n%11.2f %11.2f %11.2f %11.2f %11.2f %11.2f %11.2f %11.3f %11.3f", Out(p.TopQ, q3),
+                Out(p.MiddleQ, q3), Out(p.BottomQ, q3), Out(p.TotalQ, q3), Out(cumulativeQ_, q3),
+                Out(m.LeftDischarge, q3), Out(m.RightDischarge, q3), Out(m.TotalWidth, u.length),
+                Out(m.Area, u.length * u.length));
 
     // 6: cells, units and reference.
     const int cells = record.cells;
-    std::fprintf(file_, "\n%3d %s %s %s %5.2f %7.3f", CellsWritten(ctx, cells), u.word, TrackWord(ctx), "counts",
-                 0.43, 0.0);
+    file_.Write("\n%3d %s %s %s %5.2f %7.3f", CellsWritten(ctx, cells), u.word, TrackWord(ctx), "counts",
+                0.43, 0.0);
 
     // 7: one line per cell, velocities in the unit's velocity (cm/s inside the chain).
     VelocityArrays velocity{};
@@ -148,19 +148,19 @@ void TFormatWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, 
         const bool good = v[0] < MissingValue && v[1] < MissingValue;
         const int index = cell < kLayerCount ? cell : kLayerCount - 1;
         const double cellQ = cell < r.waterCells ? Out(ctx.working.CellQ[static_cast<size_t>(index)], q3) : MissingValue;
-        std::fprintf(file_, "\n%7.3f %7.2f %7.3f", (top + blank + (cell + 0.5) * size) * u.length,
-                     good ? sd.speed : MissingValue, good ? sd.direction : MissingValue);
-        for (double value : v) std::fprintf(file_, " %7.1f", value);
+        file_.Write("\n%7.3f %7.2f %7.3f", (top + blank + (cell + 0.5) * size) * u.length,
+                    good ? sd.speed : MissingValue, good ? sd.direction : MissingValue);
+        for (double value : v) file_.Write(" %7.1f", value);
         for (int b = 0; b < 4; ++b) {
-            std::fprintf(file_, " %7.1f", b < beams ? static_cast<double>(record.Amplitude(b, cell)) : MissingValue);
+            file_.Write(" %7.1f", b < beams ? static_cast<double>(record.Amplitude(b, cell)) : MissingValue);
         }
-        std::fprintf(file_, " %5d %10.2f", good ? 100 : 0, cellQ);
+        file_.Write(" %5d %10.2f", good ? 100 : 0, cellQ);
     }
 }
 
 bool WriteTFormatFile(CSurveyKVRDoc& document, const std::string& path, int unitParameter, UserPrompt& prompt) {
-    std::FILE* file = std::fopen(path.c_str(), "w");
-    if (file == nullptr) {
+    TextFile file;
+    if (!file.Open(path)) {
         prompt.Message(kWriteFileError);
         return false;
     }
@@ -170,10 +170,9 @@ bool WriteTFormatFile(CSurveyKVRDoc& document, const std::string& path, int unit
     }
     TFormatWriter writer(file, unitParameter);
     const bool computed = document.Recompute(&writer);
-    const bool ok = std::ferror(file) == 0;
-    const bool closed = std::fclose(file) == 0;
-    if (!ok || !closed) prompt.Message(kWriteFileError);
-    return computed && ok && closed;
+    const bool written = file.Close();
+    if (!written) prompt.Message(kWriteFileError);
+    return computed && written;
 }
 
 }  // namespace rm

@@ -1,7 +1,7 @@
 #include "output/variable_files.h"
 
 #include <cmath>
-#include <fstream>
+#include <sstream>
 
 #include "data/record_dumps.h"
 #include "output/velocity_files.h"
@@ -30,12 +30,12 @@ ProfileLineFiles::~ProfileLineFiles() { Close(); }
 bool ProfileLineFiles::Open(const std::vector<std::string>& paths) {
     Close();
     for (const std::string& path : paths) {
-        std::FILE* file = std::fopen(path.c_str(), "w");
-        if (file == nullptr) {
+        TextFile file;
+        if (!file.Open(path)) {
             Close();
             return false;
         }
-        files_.push_back(file);
+        files_.push_back(std::move(file));
     }
     return true;
 }
@@ -43,56 +43,55 @@ bool ProfileLineFiles::Open(const std::vector<std::string>& paths) {
 void ProfileLineFiles::OnProfile(const ProcessingContext& ctx, int item, int slot, bool /*readOk*/) {
     if (!range_.Contains(item)) return;
     for (size_t i = 0; i < files_.size(); ++i) {
-        std::fprintf(files_[i], "\n%6ld", static_cast<long>(item));
+        files_[i].Write("\n%6ld", static_cast<long>(item));
         body_(files_[i], ctx, slot, i);
     }
 }
 
 bool ProfileLineFiles::Close() {
     bool ok = true;
-    for (std::FILE* file : files_) {
-        if (std::ferror(file) != 0) ok = false;
-        if (std::fclose(file) != 0) ok = false;
+    for (TextFile& file : files_) {
+        if (!file.Close()) ok = false;
     }
     files_.clear();
     return ok;
 }
 
-void WriteCellValues(std::FILE* file, const ProcessingContext& ctx, int slot, int code, int component,
+void WriteCellValues(TextFile& file, const ProcessingContext& ctx, int slot, int code, int component,
                      int coordinateSystem, int reference) {
     const int cells = ctx.Raw(slot).cells;
     for (int cell = 0; cell < cells; ++cell) {
         const double v = GetProfileValue(ctx, code, component, coordinateSystem, reference, slot, cell);
         switch (code) {
-            case 2: std::fprintf(file, "%5d", static_cast<int>(v)); break;
-            case 1: std::fprintf(file, "%8.1f", v); break;
-            default: std::fprintf(file, "%6.1f", v); break;
+            case 2: file.Write("%5d", static_cast<int>(v)); break;
+            case 1: file.Write("%8.1f", v); break;
+            default: file.Write("%6.1f", v); break;
         }
     }
 }
 
-void WriteHeaderLine(std::FILE* file, const ProcessingContext& ctx, int slot) {
+void WriteHeaderLine(TextFile& file, const ProcessingContext& ctx, int slot) {
     const ProfileHeader& h = ctx.Raw(slot).header;
-    std::fprintf(file, " %4d", static_cast<int>(h.year));
+    file.Write(" %4d", static_cast<int>(h.year));
     for (int part : {int(h.month), int(h.day), int(h.hour), int(h.minute), int(h.second)}) {
-        std::fprintf(file, " %2d", part);
+        file.Write(" %2d", part);
     }
-    std::fprintf(file, " %6d", static_cast<int>(h.pingCount));
-    std::fprintf(file, " %7.1f", Value(ctx, 7, 0, slot));
-    for (int code : {8, 9, 5}) std::fprintf(file, " %6.1f", Value(ctx, code, 0, slot));
-    std::fprintf(file, " %6.2f", Value(ctx, 6, 0, slot));
-    std::fprintf(file, " %8.3f", Value(ctx, 16, 4, slot));  // mean bottom-track depth
-    for (int code : {13, 14, 15, 11}) std::fprintf(file, " %6.1f", Value(ctx, code, 0, slot));
-    std::fprintf(file, " %8.3f", Value(ctx, 12, 0, slot));
-    std::fprintf(file, " %4.1f", Value(ctx, 10, 0, slot));
+    file.Write(" %6d", static_cast<int>(h.pingCount));
+    file.Write(" %7.1f", Value(ctx, 7, 0, slot));
+    for (int code : {8, 9, 5}) file.Write(" %6.1f", Value(ctx, code, 0, slot));
+    file.Write(" %6.2f", Value(ctx, 6, 0, slot));
+    file.Write(" %8.3f", Value(ctx, 16, 4, slot));  // mean bottom-track depth
+    for (int code : {13, 14, 15, 11}) file.Write(" %6.1f", Value(ctx, code, 0, slot));
+    file.Write(" %8.3f", Value(ctx, 12, 0, slot));
+    file.Write(" %4.1f", Value(ctx, 10, 0, slot));
 }
 
-void WriteGpsLine(std::FILE* file, const ProcessingContext& ctx, int slot) {
+void WriteGpsLine(TextFile& file, const ProcessingContext& ctx, int slot) {
     const SlotResults& r = ctx.slots[static_cast<size_t>(slot)];
     const GpsBlock none{MissingValue, MissingValue, MissingValue, MissingValue, MissingValue, MissingValue};
     const GpsBlock& g = r.gpsPresent ? r.gps : none;
-    std::fprintf(file, " %12.2lf %14.8lf %14.8lf %12.2lf %14.8lf %14.8lf", g.startTime, g.startLatitude,
-                 g.startLongitude, g.endTime, g.endLatitude, g.endLongitude);
+    file.Write(" %12.2lf %14.8lf %14.8lf %12.2lf %14.8lf %14.8lf", g.startTime, g.startLatitude,
+               g.startLongitude, g.endTime, g.endLatitude, g.endLongitude);
     // GPS velocity in m/s (mm/s in the slot), ft/s in English units.
     const double factor = ctx.settings.UnitSystem == 1 ? 0.001 : 0.001 * kEnglishLengthFactor;
     const bool valid = r.gpsPresent && std::fabs(r.gpsEast * factor) <= kGpsVelocityLimit &&
@@ -101,12 +100,10 @@ void WriteGpsLine(std::FILE* file, const ProcessingContext& ctx, int slot) {
     const double east = valid ? r.gpsEast * factor : MissingValue;
     const double north = valid ? r.gpsNorth * factor : MissingValue;
     const SpeedDirection sd = VelocitySpeedDirection(east, north);
-    std::fprintf(file, " %10.3f %10.3f %10.3f %7.1f", east, north, sd.speed, sd.direction);
+    file.Write(" %10.3f %10.3f %10.3f %7.1f", east, north, sd.speed, sd.direction);
 }
 
 bool WriteConfigurationFile(const std::string& path, const CKvrData& data, bool gpsPresent) {
-    std::ofstream out(path, std::ios::out | std::ios::trunc);
-    if (!out) return false;
     FileSummary file;
     const std::string& dataPath = data.Path();
     const size_t slash = dataPath.find_last_of('/');
@@ -128,14 +125,17 @@ bool WriteConfigurationFile(const std::string& path, const CKvrData& data, bool 
     file.ctdData = data.conf.CtdSensorInstalled != 0;
     file.waveData = data.BurstCount() > 0;
     file.pcData = data.user.PCMode != 0;
+    std::ostringstream out;
     DumpConfiguration(out, data.conf);
     DumpSetup(out, data.user);
     DumpOperation(out, data.oper);
     DumpFileSummary(out, file, data.conf, data.user);
     if (file.gpsData) out << "\nGPS Data is present in file\n";
     if (file.bottomTrackData) out << "\nBottom Track Data is present in file\n";
-    out.flush();
-    return static_cast<bool>(out);
+    TextFile text;
+    if (!text.Open(path)) return false;
+    text.Put(out.str());
+    return text.Close();
 }
 
 }  // namespace rm

@@ -10,21 +10,22 @@
 //             the external pressure and the battery voltage
 //   .gps      the first and the last fix of the profile (time, latitude, longitude), the GPS
 //             velocity East and North and its speed (m/s, ft/s in English units) and direction
+// Every file is a text file (CR LF line ends, data/text_file.h).
 // Values come from GetProfileValue in the document's unit system; missing ones print 32767.
 // The configuration file (.ctl) has no lines per profile: it holds the records' text dumps.
 
-#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "data/kvr_data.h"
+#include "data/text_file.h"
 #include "processing/recompute_pass.h"
 
 namespace rm {
 
 // Writes one line body (after the profile number) into a file of the set.
-using ProfileLineBody = std::function<void(std::FILE* file, const ProcessingContext& ctx, int slot, size_t fileIndex)>;
+using ProfileLineBody = std::function<void(TextFile& file, const ProcessingContext& ctx, int slot, size_t fileIndex)>;
 
 // A set of files with a line per profile of `range`, written while a pass runs. The files are
 // created anew on Open and closed by Close (or the destructor).
@@ -44,15 +45,15 @@ public:
 private:
     ItemRange range_;
     ProfileLineBody body_;
-    std::vector<std::FILE*> files_;
+    std::vector<TextFile> files_;
 };
 
 // "%5d", "%6.1f" or "%8.1f" per cell of code `code` (2 amplitude, 3 standard deviation, 4 SNR,
 // 1 velocity), component `component`, in the given coordinate system and reference.
-void WriteCellValues(std::FILE* file, const ProcessingContext& ctx, int slot, int code, int component,
+void WriteCellValues(TextFile& file, const ProcessingContext& ctx, int slot, int code, int component,
                      int coordinateSystem, int reference);
-void WriteHeaderLine(std::FILE* file, const ProcessingContext& ctx, int slot);
-void WriteGpsLine(std::FILE* file, const ProcessingContext& ctx, int slot);
+void WriteHeaderLine(TextFile& file, const ProcessingContext& ctx, int slot);
+void WriteGpsLine(TextFile& file, const ProcessingContext& ctx, int slot);
 
 // The .ctl text: the dumps of the configuration, user and operation records and of the file's
 // facts, then "\nGPS Data is present in file\n" and "\nBottom Track Data is present in file\n"

@@ -79,63 +79,59 @@ void VesselVelocity(const ProcessingContext& ctx, const ProcessedProfile& p, dou
 }
 
 // The discharge summary block: rule, title and the totals, each line opening with a line feed.
-void WriteSummaryBlock(std::FILE* file, const CDischargeData& m, const DisFileHead& head) {
+void WriteSummaryBlock(TextFile& file, const CDischargeData& m, const DisFileHead& head) {
     const bool metric = head.unitSystem == 1;
     const double L = metric ? 1.0 : static_cast<double>(kEnglishLengthFactor);
     const double Q = L * L * L;
     const char* qUnit = metric ? "(cms)" : "(cfs)";
     const auto line = [&](const char* label, double value) {
-        std::fprintf(file, "%s%s %s", label, SignificantDigitsText(Scaled(value, Q), head.significantDigits).c_str(),
+        file.Write("%s%s %s", label, SignificantDigitsText(Scaled(value, Q), head.significantDigits).c_str(),
                      qUnit);
     };
-    std::fprintf(file, "\n%%%s\n%%\n%% Discharge Summary\n%% ", Rule().c_str());
+    file.Write("\n%%%s\n%%\n%% Discharge Summary\n%% ", Rule().c_str());
     line("\n% Top Q      = ", m.TopDischarge);
     line("\n% Measured Q = ", m.MiddleDischarge);
     line("\n% Bottom Q   = ", m.BottomDischarge);
     line("\n% Left Q     = ", m.LeftDischarge);
     line("\n% Right Q    = ", m.RightDischarge);
     line("\n% Total Q    = ", m.TotalDischarge);
-    std::fputs("\n% ", file);
+    file.Put("\n% ");
     const double estimated = static_cast<double>(m.TotalDischarge) - m.MiddleDischarge;
     if (estimated != 0.0) {
-        std::fprintf(file, "\n%% MeasQ/EstQ = %.1f (%%)", m.MiddleDischarge * 100.0 / estimated);
+        file.Write("\n%% MeasQ/EstQ = %.1f (%%)", m.MiddleDischarge * 100.0 / estimated);
     } else {
-        std::fputs("\n% MeasQ/EstQ = -- (%)", file);
+        file.Put("\n% MeasQ/EstQ = -- (%)");
     }
-    std::fputs("\n% ", file);
-    std::fprintf(file, "\n%% TotalArea  = %.2f %s", Scaled(m.Area, L * L), metric ? "(m2)" : "(ft2)");
-    std::fprintf(file, "\n%% MeanVel    = %.2f %s", Scaled(m.MeanVelocity, L), metric ? "(m/s)" : "(ft/s)");
+    file.Put("\n% ");
+    file.Write("\n%% TotalArea  = %.2f %s", Scaled(m.Area, L * L), metric ? "(m2)" : "(ft2)");
+    file.Write("\n%% MeanVel    = %.2f %s", Scaled(m.MeanVelocity, L), metric ? "(m/s)" : "(ft/s)");
 }
 
 }  // namespace
 
-DisFileWriter::~DisFileWriter() {
-    if (file_ != nullptr) std::fclose(file_);
-}
+DisFileWriter::~DisFileWriter() = default;
 
 bool DisFileWriter::Open(const std::string& path, const DisFileHead& head) {
-    if (file_ != nullptr) std::fclose(file_);
-    file_ = std::fopen(path.c_str(), "w");
-    if (file_ == nullptr) return false;
+    if (!file_.Open(path)) return false;
     head_ = head;
     lengthFactor_ = head.unitSystem == 1 ? 1.0 : static_cast<double>(kEnglishLengthFactor);
     cumulativeQ_ = 0.0;
     const ProfileTime& t = head.start;
-    std::fprintf(file_, "%% KVR Data File: %s", head.dataFileName.c_str());
-    std::fprintf(file_, "\n%% Start Date + Time: %4d/%02d/%02d  %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
+    file_.Write("%% KVR Data File: %s", head.dataFileName.c_str());
+    file_.Write("\n%% Start Date + Time: %4d/%02d/%02d  %02d:%02d:%02d", t.year, t.month, t.day, t.hour,
                  t.minute, t.second);
-    std::fprintf(file_, "\n%% All Track Calculations use: %s%s", head.trackPrefix, TrackText(head.trackReference));
-    std::fprintf(file_, "\n%% All Flow Velocities Relative to: %s", VelocityText(head.velocityReference));
-    std::fputs(head.unitSystem == 1 ? "\n% Metric Units" : "\n% English Units", file_);
+    file_.Write("\n%% All Track Calculations use: %s%s", head.trackPrefix, TrackText(head.trackReference));
+    file_.Write("\n%% All Flow Velocities Relative to: %s", VelocityText(head.velocityReference));
+    file_.Put(head.unitSystem == 1 ? "\n% Metric Units" : "\n% English Units");
     if (head.headSummary != nullptr) WriteSummaryBlock(file_, *head.headSummary, head);
-    std::fputs(kColumns, file_);
-    std::fputs(head.unitSystem == 1 ? kMetricUnits : kEnglishUnits, file_);
-    std::fprintf(file_, "\n%%%s", Rule().c_str());
+    file_.Put(kColumns);
+    file_.Put(head.unitSystem == 1 ? kMetricUnits : kEnglishUnits);
+    file_.Write("\n%%%s", Rule().c_str());
     return true;
 }
 
 void DisFileWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, bool /*readOk*/) {
-    if (file_ == nullptr) return;
+    if (!file_.IsOpen()) return;
     const SlotResults& r = ctx.slots[static_cast<size_t>(slot)];
     const ProcessedProfile& p = r.processed;
     const ProfileHeader& h = ctx.Raw(slot).header;
@@ -162,27 +158,24 @@ void DisFileWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, 
     const double measuredShare =
         totalQ != 0.0 && totalQ < MissingValue && p.MiddleQ < MissingValueF ? 100.0 * p.MiddleQ / totalQ : 0.0;
 
-    std::fprintf(file_, "\n%7d %02d:%02d:%02d.%02d", item, h.hour, h.minute, h.second, h.hundredths);
-    std::fprintf(file_,
-                 " %8.1f %8.1f %8.1f %8.1f %14.8lf %14.8lf %6.2f %6.2f %6.2f %6.2f %7.2f %7.2f %7.1f %6.2f %7.1f "
-                 "%7.2f %5.1f %6d  %9.2f %10.1f %6.2f",
-                 Scaled(point.Distance, L), Scaled(dmg, L), Scaled(point.East, L), Scaled(point.North, L), latitude,
-                 longitude, Scaled(depths.depth[0], L), Scaled(depths.depth[1], L), Scaled(depths.depth[2], L),
-                 Scaled(depths.mean, L), Scaled(r.echoDepth, L), Scaled(vesselSpeed, L), vesselDirection,
-                 Scaled(flowSpeed, L), flowDirection, Scaled(deviation, L), static_cast<double>(p.QualityIndex),
-                 r.waterCells + r.shallowCells, Scaled(totalQ, Q), Scaled(cumulativeQ_, Q), measuredShare);
+    file_.Write("\n%7d %02d:%02d:%02d.%02d", item, h.hour, h.minute, h.second, h.hundredths);
+    file_.Write(
+            " %8.1f %8.1f %8.1f %8.1f %14.8lf %14.8lf %6.2f %6.2f %6.2f %6.2f %7.2f %7.2f %7.1f %6.2f %7.1f "
+            "%7.2f %5.1f %6d  %9.2f %10.1f %6.2f",
+            Scaled(point.Distance, L), Scaled(dmg, L), Scaled(point.East, L), Scaled(point.North, L), latitude,
+            longitude, Scaled(depths.depth[0], L), Scaled(depths.depth[1], L), Scaled(depths.depth[2], L),
+            Scaled(depths.mean, L), Scaled(r.echoDepth, L), Scaled(vesselSpeed, L), vesselDirection,
+            Scaled(flowSpeed, L), flowDirection, Scaled(deviation, L), static_cast<double>(p.QualityIndex),
+            r.waterCells + r.shallowCells, Scaled(totalQ, Q), Scaled(cumulativeQ_, Q), measuredShare);
 }
 
 bool DisFileWriter::Finish(const CDischargeData& m) {
-    if (file_ == nullptr) return false;
+    if (!file_.IsOpen()) return false;
     if (head_.trailer) {
         WriteSummaryBlock(file_, m, head_);
-        std::fputs("\n", file_);
+        file_.Put("\n");
     }
-    const bool ok = std::ferror(file_) == 0;
-    const bool closed = std::fclose(file_) == 0;
-    file_ = nullptr;
-    return ok && closed;
+    return file_.Close();
 }
 
 bool WriteDisFile(const std::string& path, const DisFileHead& head, ProcessingContext& ctx, ProfileSource& source) {

@@ -2,7 +2,8 @@
 // The .dis file: per-profile discharge text of one data set, written during a pass over the
 // whole file. Filter "KVR Discharge files (.dis)|*.dis|".
 //
-// Layout (every line begins with a line feed, as the program's other text outputs do):
+// A text file (data/text_file.h: CR LF line ends). Layout (every line begins with its line
+// feed, as the program's other text outputs do):
 //   head     "% KVR Data File: NAME.kvr", "% Start Date + Time: ", "% All Track Calculations
 //            use: " with "Bottom Track data" or "GPS data", "% All Flow Velocities Relative to: "
 //            with "KVR ", "Bottom Track" or "GPS", "% Metric Units" or "% English Units", the
@@ -18,10 +19,10 @@
 // Lengths and velocities are multiplied by the length factor (1, or 3.2808 for English units),
 // discharges by its cube; missing values print as 32767 unchanged.
 
-#include <cstdio>
 #include <string>
 
 #include "data/kvr_data.h"
+#include "data/text_file.h"
 #include "processing/recompute_pass.h"
 
 namespace rm {
@@ -56,7 +57,7 @@ public:
     bool Finish(const CDischargeData& measurement);
 
 private:
-    std::FILE* file_ = nullptr;
+    TextFile file_;
     DisFileHead head_;
     double lengthFactor_ = 1.0;
     double cumulativeQ_ = 0.0;

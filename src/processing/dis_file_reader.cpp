@@ -29,6 +29,24 @@ bool TrailerValue(const std::string& rest, double factor, double& out) {
     return true;
 }
 
+// The trailer's discharge lines and the record fields they fill.
+struct DischargeLine {
+    const char* prefix;
+    float CDischargeData::*field;
+};
+constexpr DischargeLine kDischargeLines[] = {
+    {"% Top Q      = ", &CDischargeData::TopDischarge},    {"% Measured Q = ", &CDischargeData::MiddleDischarge},
+    {"% Bottom Q   = ", &CDischargeData::BottomDischarge}, {"% Left Q     = ", &CDischargeData::LeftDischarge},
+    {"% Right Q    = ", &CDischargeData::RightDischarge},  {"% Total Q    = ", &CDischargeData::TotalDischarge},
+};
+
+const DischargeLine* DischargeLineOf(const std::string& line, std::string& rest) {
+    for (const DischargeLine& q : kDischargeLines) {
+        if (StartsWith(line, q.prefix, rest)) return &q;
+    }
+    return nullptr;
+}
+
 struct ProfileLine {
     int number = 0;
     int hour = 0, minute = 0, second = 0, hundredths = 0;
@@ -58,6 +76,8 @@ DisReadResult ReadDisFile(const std::string& path, CDischargeData& record) {
     int profiles = 0;
     std::string line, rest;
     while (std::getline(in, line)) {
+        // The program writes CR LF; a file that passed through a tool that made LF of it reads
+        // the same.
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (StartsWith(line, "% KVR Data File: ", rest)) {
             record.fileName = rest;
@@ -80,24 +100,9 @@ DisReadResult ReadDisFile(const std::string& path, CDischargeData& record) {
             record.VelocityReference = rest == "GPS" ? 2 : rest == "Bottom Track" ? 1 : 0;
         } else if (line == "% English Units") {
             L = kEnglishLengthFactor;
-        } else if (StartsWith(line, "% Top Q      = ", rest)) {
+        } else if (const DischargeLine* q = DischargeLineOf(line, rest)) {
             double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.TopDischarge = static_cast<float>(v);
-        } else if (StartsWith(line, "% Measured Q = ", rest)) {
-            double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.MiddleDischarge = static_cast<float>(v);
-        } else if (StartsWith(line, "% Bottom Q   = ", rest)) {
-            double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.BottomDischarge = static_cast<float>(v);
-        } else if (StartsWith(line, "% Left Q     = ", rest)) {
-            double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.LeftDischarge = static_cast<float>(v);
-        } else if (StartsWith(line, "% Right Q    = ", rest)) {
-            double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.RightDischarge = static_cast<float>(v);
-        } else if (StartsWith(line, "% Total Q    = ", rest)) {
-            double v = 0;
-            if (TrailerValue(rest, L * L * L, v)) record.TotalDischarge = static_cast<float>(v);
+            if (TrailerValue(rest, L * L * L, v)) record.*(q->field) = static_cast<float>(v);
         } else if (StartsWith(line, "% TotalArea  = ", rest)) {
             TrailerValue(rest, L * L, record.Area);
         } else if (StartsWith(line, "% MeanVel    = ", rest)) {

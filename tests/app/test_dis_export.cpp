@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/dis_export.h"
+#include "processing/dis_file_reader.h"
 #include "document_test_support.h"
 
 namespace rm {
@@ -17,10 +18,23 @@ namespace {
 using doctest::RecordRiver;
 using doctest::TestApp;
 
+std::string Bytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+// The lines of a text file of the program: every line ends in CR LF (a bare LF fails the test).
 std::vector<std::string> Lines(const std::string& path) {
-    std::ifstream in(path);
+    const std::string bytes = Bytes(path);
     std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    size_t start = 0;
+    for (size_t end; (end = bytes.find('\n', start)) != std::string::npos; start = end + 1) {
+        EXPECT_TRUE(end > start && bytes[end - 1] == '\r') << "bare line feed at byte " << end;
+        lines.push_back(bytes.substr(start, end > start ? end - start - 1 : 0));
+    }
+    if (start < bytes.size()) lines.push_back(bytes.substr(start));
     return lines;
 }
 
@@ -119,6 +133,27 @@ TEST_F(DisExport, EnglishUnitsScaleLengthsAndDischarges) {
     EXPECT_NEAR(e[7], m[7] * foot, 0.02);                      // depth of beam 1
     EXPECT_NEAR(e[20], m[20] * foot * foot * foot, 2.0);       // cumulative discharge
     EXPECT_EQ(e[5], m[5]);                                     // latitude is not a length
+}
+
+// The file read back gives the measurement's totals, whether its line ends are the program's
+// CR LF or were turned into LF by another tool.
+TEST_F(DisExport, FileReadsBackWithEitherLineEnd) {
+    CSurveyKVRDoc doc(t.app, t.prompt);
+    ASSERT_EQ(doc.OpenDocument(path), 1);
+    ASSERT_TRUE(ExportDisFile(doc, t.app, t.prompt, out));
+    std::string lf = Bytes(out);
+    for (size_t at; (at = lf.find("\r\n")) != std::string::npos;) lf.erase(at, 1);
+    const std::string lfPath = t.folder.File("LF.dis");
+    std::ofstream(lfPath, std::ios::binary) << lf;
+    CDischargeData crlfRecord, lfRecord;
+    ASSERT_TRUE(ReadDisFile(out, crlfRecord).ok);
+    ASSERT_TRUE(ReadDisFile(lfPath, lfRecord).ok);
+    for (const CDischargeData* r : {&crlfRecord, &lfRecord}) {
+        EXPECT_EQ(r->fileName, "DIS.kvr");
+        EXPECT_EQ(r->ProfileCount, 20);
+        // The trailer holds five significant digits of the total, 1xx.xx m3/s.
+        EXPECT_NEAR(r->TotalDischarge, doc.Measurement().TotalDischarge, 0.005);
+    }
 }
 
 TEST_F(DisExport, AnUnwritablePathIsReported) {

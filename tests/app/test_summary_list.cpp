@@ -1,23 +1,20 @@
 // The application's list of finished measurements: order, rows, deleting, reading .dis files
 // and keeping the list in AppSettings.conf.
+
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
 
 #include "app/summary_list.h"
 #include "app/summary_list_store.h"
+#include "document_test_support.h"
 
 namespace rm {
 namespace {
 
-namespace fs = std::filesystem;
-
-std::shared_ptr<CDischargeData> Record(const std::string& name, int day, int hour, int minute) {
+std::shared_ptr<CDischargeData> Record(const std::string& name, int day, int hour, int minute = 0) {
     auto r = std::make_shared<CDischargeData>();
     r->fileName = name;
     r->Active = 1;
@@ -27,130 +24,117 @@ std::shared_ptr<CDischargeData> Record(const std::string& name, int day, int hou
     return r;
 }
 
-TEST(SummaryListOrder, SortedByTimeOfDayWhateverTheDate) {
-    SummaryList list;
-    list.Add(Record("day1-10h", 1, 10, 0));
-    list.Add(Record("day2-09h", 2, 9, 0));
-    list.Add(Record("day1-11h", 1, 11, 0));
-    list.Add(Record("day2-09h-again", 2, 9, 0));  // same key: stays after the first
-    ASSERT_EQ(list.Size(), 4);
-    EXPECT_EQ(list.Get(0)->fileName, "day2-09h");
-    EXPECT_EQ(list.Get(1)->fileName, "day2-09h-again");
-    EXPECT_EQ(list.Get(2)->fileName, "day1-10h");
-    EXPECT_EQ(list.Get(3)->fileName, "day1-11h");
-    EXPECT_EQ(list.Get(4), nullptr);
-    EXPECT_EQ(list.Get(-1), nullptr);
-    list.Add(nullptr);
-    EXPECT_EQ(list.Size(), 4);
+std::vector<std::string> Names(const SummaryList& list) {
+    std::vector<std::string> names;
+    for (int i = 0; i < list.Size(); ++i) names.push_back(list.Get(i)->fileName);
+    return names;
 }
 
-TEST(SummaryListRows, RowsCountOnlyActiveRecords) {
+TEST(SummaryList, SortedByTimeOfDayWhateverTheDate) {
     SummaryList list;
-    list.Add(Record("a", 1, 8, 0));
-    list.Add(Record("b", 1, 9, 0));
-    list.Add(Record("c", 1, 10, 0));
+    list.Add(Record("day1-10h", 1, 10));
+    list.Add(Record("day2-09h", 2, 9));
+    list.Add(Record("day1-11h", 1, 11));
+    list.Add(Record("day2-09h-again", 2, 9));  // same key: stays after the first
+    list.Add(nullptr);
+    EXPECT_EQ(Names(list), (std::vector<std::string>{"day2-09h", "day2-09h-again", "day1-10h", "day1-11h"}));
+    EXPECT_EQ(list.Get(4), nullptr);
+    EXPECT_EQ(list.Get(-1), nullptr);
+}
+
+TEST(SummaryList, RowsCountActiveRecordsAndDeletingOnlyDeactivates) {
+    SummaryList list;
+    for (const char* name : {"a", "b", "c"}) list.Add(Record(name, 1, 8 + static_cast<int>(list.Size())));
     list.Get(1)->Active = 0;
     EXPECT_EQ(list.RowCount(), 2);
     EXPECT_EQ(list.GetByRow(1)->fileName, "c");
     EXPECT_EQ(list.GetByRow(2), nullptr);
-}
 
-TEST(SummaryListDelete, SecondRowOfTheSameNameDeletesTheFirstRecord) {
-    SummaryList list;
-    list.Add(Record("same.kvr", 1, 8, 0));
-    list.Add(Record("same.kvr", 1, 9, 0));
-    list.DeleteRows({1});
-    EXPECT_EQ(list.Get(0)->Active, 0);
-    EXPECT_EQ(list.Get(1)->Active, 1);
-    EXPECT_EQ(list.Size(), 2);  // never destroyed
-    list.DeleteAll();
-    EXPECT_EQ(list.RowCount(), 0);
-    EXPECT_EQ(list.Size(), 2);
-    EXPECT_FALSE(list.DeleteByName("same.kvr"));
-}
+    // The second row of a name deletes the first record of that name.
+    SummaryList same;
+    same.Add(Record("same.kvr", 1, 8));
+    same.Add(Record("same.kvr", 1, 9));
+    same.DeleteRows({1});
+    EXPECT_EQ(same.Get(0)->Active, 0);
+    EXPECT_EQ(same.Get(1)->Active, 1);
+    same.DeleteAll();
+    EXPECT_EQ(same.RowCount(), 0);
+    EXPECT_EQ(same.Size(), 2);  // never destroyed
+    EXPECT_FALSE(same.DeleteByName("same.kvr"));
 
-TEST(SummaryListRemoval, ActiveRecordWithoutNameIsDropped) {
-    SummaryList list;
-    list.Add(Record("", 1, 8, 0));
-    auto inactive = Record("", 1, 9, 0);
+    // An active record without a name is dropped; an inactive one stays.
+    SummaryList nameless;
+    nameless.Add(Record("", 1, 8));
+    auto inactive = Record("", 1, 9);
     inactive->Active = 0;
-    list.Add(inactive);
-    list.Add(Record("kept", 1, 10, 0));
-    list.RemoveNameless();
-    ASSERT_EQ(list.Size(), 2);
-    EXPECT_EQ(list.Get(0)->Active, 0);
-    EXPECT_EQ(list.Get(1)->fileName, "kept");
+    nameless.Add(inactive);
+    nameless.Add(Record("kept", 1, 10));
+    nameless.RemoveNameless();
+    ASSERT_EQ(nameless.Size(), 2);
+    EXPECT_EQ(nameless.Get(0)->Active, 0);
+    EXPECT_EQ(nameless.Get(1)->fileName, "kept");
 }
 
 class SummaryListFiles : public ::testing::Test {
 protected:
-    void SetUp() override {
-        dir_ = fs::temp_directory_path() / ("rm_summary_" + std::to_string(::getpid()) + "_" +
-                                            ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(dir_);
-        fs::create_directories(dir_);
-        folders_ = UserFolders{(dir_ / "config").string(), (dir_ / "docs").string()};
-    }
-    void TearDown() override { fs::remove_all(dir_); }
     std::string Write(const std::string& name, const std::string& text) {
-        const std::string path = (dir_ / name).string();
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
+        std::ofstream(dir.File(name), std::ios::binary) << text;
+        return dir.File(name);
     }
-    fs::path dir_;
-    UserFolders folders_;
+    doctest::Folder dir;
+    UserFolders folders{dir.File("config"), dir.File("docs")};
 };
 
 TEST_F(SummaryListFiles, ListSurvivesAppSettingsRoundTrip) {
-    SummaryList list;
+    {
+        AppSettings app(folders);
+        SummaryList none;
+        EXPECT_EQ(LoadSummaryList(none, app), 0);
+        EXPECT_EQ(LoadLastDischargeMeasurement(app), nullptr);
+    }
     auto a = Record("A.kvr", 5, 7, 8);
     a->startTime.year = 2024;
-    a->startTime.month = 3;
     a->startTime.second = 9;
     a->endTime = a->startTime;
     a->endTime.minute = 30;
-    a->ProfileCount = 321;
-    a->TrackReference = 2;
-    a->DepthReference = 1;
-    a->ShallowWaterPing = 1;
-    a->ExcludeFromStatistics = 1;
-    a->TotalDischarge = 12.345f;  // not exact in decimal: must come back bit for bit
-    a->MadeGood = 0.1f;
-    a->Area = 98.765;
-    a->TrackLength = 1.0 / 3.0;
+    const std::pair<int32_t CDischargeData::*, int32_t> ints[] = {
+        {&CDischargeData::ProfileCount, 321}, {&CDischargeData::TrackReference, 2},
+        {&CDischargeData::DepthReference, 1}, {&CDischargeData::ShallowWaterPing, 1},
+        {&CDischargeData::ExcludeFromStatistics, 1}};
+    // Values not exact in decimal: they must come back bit for bit.
+    const std::pair<float CDischargeData::*, float> floats[] = {{&CDischargeData::TotalDischarge, 12.345f},
+                                                                {&CDischargeData::MadeGood, 0.1f}};
+    const std::pair<double CDischargeData::*, double> doubles[] = {{&CDischargeData::Area, 98.765},
+                                                                   {&CDischargeData::TrackLength, 1.0 / 3.0}};
+    for (const auto& [field, value] : ints) (*a).*field = value;
+    for (const auto& [field, value] : floats) (*a).*field = value;
+    for (const auto& [field, value] : doubles) (*a).*field = value;
     a->settings = NodeRef::MakeNew();
     a->settings.GetOrCreateChild("Discharge").SetValue("StartMeanHW", Variant(1.25));
-    auto b = Record("B.kvr", 6, 6, 0);
+    auto b = Record("B.kvr", 6, 6);
     b->Active = 0;
+    SummaryList list;
     list.Add(a);
     list.Add(b);
     {
-        AppSettings app(folders_);
+        AppSettings app(folders);
         StoreSummaryList(list, a.get(), app);
         RecordingPrompt prompt;
         ASSERT_TRUE(app.SaveAppSettings(prompt));
     }
-    AppSettings app(folders_);
+    AppSettings app(folders);
     ASSERT_TRUE(app.LoadAppSettings());
     SummaryList back;
     EXPECT_EQ(LoadSummaryList(back, app), 2);
-    ASSERT_EQ(back.Size(), 2);
-    const CDischargeData& r = *back.Get(1);
-    EXPECT_EQ(back.Get(0)->fileName, "B.kvr");
+    ASSERT_EQ(Names(back), (std::vector<std::string>{"B.kvr", "A.kvr"}));
     EXPECT_EQ(back.Get(0)->Active, 0);
-    EXPECT_EQ(r.fileName, "A.kvr");
+    const CDischargeData& r = *back.Get(1);
     EXPECT_EQ(r.startTime.year, 2024);
     EXPECT_EQ(r.startTime.second, 9);
     EXPECT_EQ(r.endTime.minute, 30);
-    EXPECT_EQ(r.ProfileCount, 321);
-    EXPECT_EQ(r.TrackReference, 2);
-    EXPECT_EQ(r.DepthReference, 1);
-    EXPECT_EQ(r.ShallowWaterPing, 1);
-    EXPECT_EQ(r.ExcludeFromStatistics, 1);
-    EXPECT_EQ(r.TotalDischarge, 12.345f);
-    EXPECT_EQ(r.MadeGood, 0.1f);
-    EXPECT_EQ(r.Area, 98.765);
-    EXPECT_EQ(r.TrackLength, 1.0 / 3.0);
+    for (const auto& [field, value] : ints) EXPECT_EQ(r.*field, value);
+    for (const auto& [field, value] : floats) EXPECT_EQ(r.*field, value);
+    for (const auto& [field, value] : doubles) EXPECT_EQ(r.*field, value);
     const int index = r.settings.FindIndex("Discharge");
     ASSERT_GE(index, 0);
     EXPECT_EQ(r.settings.ItemChild(index).GetTyped<double>("StartMeanHW", 0.0), 1.25);
@@ -159,14 +143,7 @@ TEST_F(SummaryListFiles, ListSurvivesAppSettingsRoundTrip) {
     EXPECT_EQ(last->fileName, "A.kvr");
 }
 
-TEST_F(SummaryListFiles, NothingStoredGivesAnEmptyList) {
-    AppSettings app(folders_);
-    SummaryList list;
-    EXPECT_EQ(LoadSummaryList(list, app), 0);
-    EXPECT_EQ(LoadLastDischargeMeasurement(app), nullptr);
-}
-
-TEST_F(SummaryListFiles, DisFileJoinsTheList) {
+TEST_F(SummaryListFiles, DisFileJoinsTheListAndAnythingElseIsRefused) {
     const std::string dis = Write("T.dis",
         "% KVR Data File: T.kvr"
         "\n% Start Date + Time: 2024/03/05  07:08:09"
@@ -184,7 +161,10 @@ TEST_F(SummaryListFiles, DisFileJoinsTheList) {
         "\n% TotalArea  = 10.764 (ft2)"
         "\n% MeanVel    = 3.28 (ft/s)\n");
     SummaryList list;
-    list.Add(Record("later", 1, 9, 0));
+    EXPECT_FALSE(AddDisFileToSummary(list, Write("x.dis", "hello\n")).ok);
+    EXPECT_FALSE(AddDisFileToSummary(list, dir.File("missing.dis")).ok);
+    EXPECT_EQ(list.Size(), 0);
+    list.Add(Record("later", 1, 9));
     const DisReadResult read = AddDisFileToSummary(list, dis);
     ASSERT_TRUE(read.ok) << read.error;
     ASSERT_EQ(list.Size(), 2);
@@ -205,13 +185,6 @@ TEST_F(SummaryListFiles, DisFileJoinsTheList) {
     EXPECT_EQ(r.LeftDischarge, 32767.0f);  // missing stays missing
     EXPECT_NEAR(r.Area, 1.0, 1e-4);
     EXPECT_NEAR(r.MeanVelocity, 1.0, 1e-3);
-}
-
-TEST_F(SummaryListFiles, FileThatIsNoDisFileIsRefused) {
-    SummaryList list;
-    EXPECT_FALSE(AddDisFileToSummary(list, Write("x.dis", "hello\n")).ok);
-    EXPECT_FALSE(AddDisFileToSummary(list, (dir_ / "missing.dis").string()).ok);
-    EXPECT_EQ(list.Size(), 0);
 }
 
 }  // namespace

@@ -62,5 +62,33 @@ TEST(ExportCommand, WritesExchangeFilesOfTheMeasurement) {
     EXPECT_EQ(head, expected);
 }
 
+std::string Slurp(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+// The "Magnetic Declination" of the ASCII output dialog: for the velocity set only, alone or in
+// "Write All Files".
+TEST(ExportCommand, DeclinationTurnsTheVelocitySet) {
+    TempDir dir;
+    const SimRecording rec = RecordRiver(dir, "v", {"--profiles", "10"});
+    ASSERT_EQ(RunCli({"export", rec.path, "--format", "velocity", "-o", dir.File("own")}).exitStatus, 0);
+    const ProcessResult turned =
+        RunCli({"export", rec.path, "--format", "velocity", "--declination", "12.5", "-o", dir.File("turned")});
+    ASSERT_EQ(turned.exitStatus, 0) << turned.Describe();
+    EXPECT_EQ(turned.out.rfind("Velocity Data File: \n    turned.ve successfully written\n", 0), 0u) << turned.out;
+    EXPECT_NE(Slurp(dir.File("own.ve")), Slurp(dir.File("turned.ve")));
+
+    const ProcessResult all =
+        RunCli({"export", rec.path, "--format", "all", "--declination", "12.5", "-o", dir.File("all")});
+    ASSERT_EQ(all.exitStatus, 0) << all.Describe();
+    for (const char* ext : {".ctl", ".hdr", ".a1", ".sd1", ".sn1", ".gps"}) {
+        EXPECT_TRUE(fs::exists(dir.File(std::string("all") + ext))) << ext;
+    }
+    EXPECT_EQ(Slurp(dir.File("all.ve")), Slurp(dir.File("turned.ve")));
+    EXPECT_EQ(RunCli({"export", rec.path, "--format", "hdr", "--declination", "3"}).exitStatus, 64);
+    EXPECT_EQ(RunCli({"export", rec.path, "--format", "velocity", "--declination", "181"}).exitStatus, 64);
+}
+
 }  // namespace
 }  // namespace rm::test

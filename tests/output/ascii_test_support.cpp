@@ -1,5 +1,7 @@
 #include "ascii_test_support.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -24,16 +26,18 @@ ScratchFolder::~ScratchFolder() {
 }
 
 void MakeRecording(const std::string& path, int profiles, const std::function<void(sim::RiverScenario&)>& adjust,
-                   const std::function<void(ProfileRecord&, int)>& profile) {
+                   const std::function<void(ProfileRecord&, int)>& profile,
+                   const std::function<void(CKvrData&)>& records) {
     sim::RiverScenario s;
     s.crossing.profiles = profiles;
     s.crossing.boatSpeedMs = std::min(40.0 / profiles, 2.0);
-    s.outputPath = profile ? path + ".orig.kvr" : path;
+    const bool rewrite = profile || records;
+    s.outputPath = rewrite ? path + ".orig.kvr" : path;
     if (adjust) adjust(s);
     RecordingPrompt prompt;
     const sim::RecordingResult result = sim::WriteRiverRecording(s, prompt);
     if (!result.ok) throw std::runtime_error("recording failed: " + result.error);
-    if (!profile) return;
+    if (!rewrite) return;
     CKvrData in;
     if (!in.OpenFile(s.outputPath) || in.Validate() != kReadOk || in.ReadHeader(false) != kReadOk) {
         throw std::runtime_error("cannot read the recording");
@@ -45,11 +49,12 @@ void MakeRecording(const std::string& path, int profiles, const std::function<vo
     out.oper = in.oper;
     out.user = in.user;
     out.calibration = in.calibration;
+    if (records) records(out);
     if (!out.CreateDataFile(path) || !out.WriteHeader()) throw std::runtime_error("cannot write " + path);
     for (int i = 0; i < in.ProfileCount(); ++i) {
         if (in.LoadProfile(i, 0) != kReadOk) throw std::runtime_error("cannot read a profile");
         ProfileRecord record = in.Slot(0);
-        profile(record, i + 1);
+        if (profile) profile(record, i + 1);
         if (!out.WriteProfile(record)) throw std::runtime_error("cannot write a profile");
     }
     if (!out.CloseFile()) throw std::runtime_error("cannot close " + path);
@@ -72,18 +77,29 @@ std::string ReadAll(const std::string& path) {
     return text.str();
 }
 
-std::vector<std::string> SplitLines(const std::string& text) {
+std::string ReadText(const std::string& path) {
+    const std::string bytes = ReadAll(path);
+    std::string text;
+    text.reserve(bytes.size());
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        if (bytes[i] == '\r' && i + 1 < bytes.size() && bytes[i + 1] == '\n') continue;
+        if (bytes[i] == '\n' && (i == 0 || bytes[i - 1] != '\r')) {
+            ADD_FAILURE() << path << ": bare line feed at byte " << i;
+        }
+        text += bytes[i];
+    }
+    return text;
+}
+
+std::vector<std::string> TextLines(const std::string& path) {
+    const std::string text = ReadText(path);
     std::vector<std::string> lines;
     std::string::size_type start = 0;
-    while (true) {
-        const std::string::size_type end = text.find('\n', start);
-        if (end == std::string::npos) {
-            lines.push_back(text.substr(start));
-            return lines;
-        }
+    for (std::string::size_type end; (end = text.find('\n', start)) != std::string::npos; start = end + 1) {
         lines.push_back(text.substr(start, end - start));
-        start = end + 1;
     }
+    lines.push_back(text.substr(start));
+    return lines;
 }
 
 std::vector<double> Numbers(const std::string& line) {

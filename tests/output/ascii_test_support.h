@@ -10,6 +10,7 @@
 
 #include "app/app_settings.h"
 #include "app/survey_document.h"
+#include "data/kvr_data.h"
 #include "data/user_prompt.h"
 #include "sim/river_scenario.h"
 
@@ -29,9 +30,10 @@ private:
 };
 
 // A recording of `profiles` profiles at `path`; `adjust` changes the scenario, `profile` each
-// profile (number from 1) before it is stored.
+// profile (number from 1) before it is stored, `records` the instrument's records of the file.
 void MakeRecording(const std::string& path, int profiles, const std::function<void(sim::RiverScenario&)>& adjust = {},
-                   const std::function<void(ProfileRecord&, int)>& profile = {});
+                   const std::function<void(ProfileRecord&, int)>& profile = {},
+                   const std::function<void(CKvrData&)>& records = {});
 
 struct OpenedDocument {
     ScratchFolder settingsFolder;
@@ -43,8 +45,11 @@ struct OpenedDocument {
 std::unique_ptr<OpenedDocument> OpenRecording(const std::string& path, int unitSystem = 1);
 
 std::string ReadAll(const std::string& path);
-// The lines of a file split at "\n" (a leading line feed gives an empty first line).
-std::vector<std::string> SplitLines(const std::string& text);
+// A file the program wrote as text, its "\r\n" line ends read as "\n". A bare line feed (not a
+// line end of the program's text files) fails the calling test.
+std::string ReadText(const std::string& path);
+// ReadText split at its line ends (a leading line end gives an empty first line).
+std::vector<std::string> TextLines(const std::string& path);
 std::vector<double> Numbers(const std::string& line);
 bool Exists(const std::string& path);
 

@@ -2,8 +2,13 @@
 // A hand-built measurement for the exchange file tests: every number chosen so that its text in
 // the files can be worked out by hand.
 
+#include <cstdio>
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "output/flow_data_sample.h"
 
@@ -99,6 +104,22 @@ inline const std::vector<HandRow>& HandSampleRows() {
         {"RightDischarge", "cms", "DOUBLE", "0.25000"}, {"TotalDischarge", "cms", "DOUBLE", "-14.25000"},
     };
     return rows;
+}
+
+// The bytes that `write` puts into a temporary file; a failed write fails the calling test.
+inline std::string WrittenBytes(const std::function<bool(std::FILE*)>& write) {
+    std::FILE* file = std::tmpfile();
+    if (file == nullptr) {
+        ADD_FAILURE() << "no temporary file";
+        return {};
+    }
+    EXPECT_TRUE(write(file));
+    std::rewind(file);
+    std::string bytes;
+    char buffer[4096];
+    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, file)) > 0;) bytes.append(buffer, got);
+    std::fclose(file);
+    return bytes;
 }
 
 }  // namespace rm::test

@@ -1,5 +1,6 @@
 // The "ASCII File Output" set on recordings with known values: line formats of the per-beam,
-// header and velocity files, file naming, profile ranges, the message list and the space check.
+// header and velocity files, file naming, profile ranges, the message list, the declination of
+// the velocity set and the space check.
 
 #include <gtest/gtest.h>
 
@@ -42,14 +43,24 @@ void KnownValues(ProfileRecord& record, int /*number*/) {
 
 class AsciiFileOutput : public ::testing::Test {
 protected:
-    void SetUp() override { MakeRecording(path, kProfiles, {}, KnownValues); }
-    AsciiFileRequest Request(const std::string& stem) {
+    void SetUp() override {
+        MakeRecording(path, kProfiles, {}, KnownValues);
+        opened = OpenRecording(path);
+    }
+    AsciiFileRequest Request(const std::string& stem, int coords = 2, int reference = 0) {
         AsciiFileRequest r;
         r.basePath = folder.File(stem);
+        r.coordinateSystem = coords;
+        r.velocityReference = reference;
         return r;
+    }
+    bool Write(AsciiOutputKind kind, const AsciiFileRequest& request, CSurveyKVRDoc* doc = nullptr) {
+        return WriteAsciiOutput(doc != nullptr ? *doc : *opened->doc, kind, request, opened->prompt, messages);
     }
     ScratchFolder folder;
     std::string path = folder.File("K.kvr");
+    std::unique_ptr<OpenedDocument> opened;
+    std::vector<std::string> messages;
 };
 
 std::string ExpectedCellLine(int profile, const char* format, const std::function<double(int)>& value) {
@@ -68,20 +79,18 @@ std::string ExpectedCellLine(int profile, const char* format, const std::functio
 }
 
 TEST_F(AsciiFileOutput, PerBeamFilesHoldOneLinePerProfileInTheirFormats) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
     const AsciiFileRequest request = Request("K");
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::SignalStrength, request, opened->prompt, messages));
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::StdDeviation, request, opened->prompt, messages));
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::SnRatio, request, opened->prompt, messages));
+    ASSERT_TRUE(Write(AsciiOutputKind::SignalStrength, request));
+    ASSERT_TRUE(Write(AsciiOutputKind::StdDeviation, request));
+    ASSERT_TRUE(Write(AsciiOutputKind::SnRatio, request));
     for (int b = 0; b < 4; ++b) {
-        const std::vector<std::string> a = SplitLines(ReadAll(request.basePath + ".a" + std::to_string(b + 1)));
-        const std::vector<std::string> sd = SplitLines(ReadAll(request.basePath + ".sd" + std::to_string(b + 1)));
-        const std::vector<std::string> sn = SplitLines(ReadAll(request.basePath + ".sn" + std::to_string(b + 1)));
+        const std::vector<std::string> a = TextLines(request.basePath + ".a" + std::to_string(b + 1));
+        const std::vector<std::string> sd = TextLines(request.basePath + ".sd" + std::to_string(b + 1));
+        const std::vector<std::string> sn = TextLines(request.basePath + ".sn" + std::to_string(b + 1));
         ASSERT_EQ(a.size(), static_cast<size_t>(kProfiles + 1));
         ASSERT_EQ(sd.size(), a.size());
         ASSERT_EQ(sn.size(), a.size());
-        EXPECT_EQ(a[0], "");  // every line opens with its line feed
+        EXPECT_EQ(a[0], "");  // every line opens with its line end
         for (int p = 1; p <= kProfiles; ++p) {
             EXPECT_EQ(a[p], ExpectedCellLine(p, "%5d", [&](int c) { return 40 + 10 * b + c; }));
             // Raw standard deviation in mm/s, written in cm/s.
@@ -94,11 +103,9 @@ TEST_F(AsciiFileOutput, PerBeamFilesHoldOneLinePerProfileInTheirFormats) {
 }
 
 TEST_F(AsciiFileOutput, HeaderLineStartsWithDateTimeAndAttitude) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
     const AsciiFileRequest request = Request("K");
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Header, request, opened->prompt, messages));
-    const std::vector<std::string> lines = SplitLines(ReadAll(request.basePath + ".hdr"));
+    ASSERT_TRUE(Write(AsciiOutputKind::Header, request));
+    const std::vector<std::string> lines = TextLines(request.basePath + ".hdr");
     ASSERT_EQ(lines.size(), static_cast<size_t>(kProfiles + 1));
     EXPECT_EQ(lines[1].substr(0, 26), "     1 2024  5 17  8 30 15");
     const std::vector<double> v = Numbers(lines[1]);
@@ -110,21 +117,15 @@ TEST_F(AsciiFileOutput, HeaderLineStartsWithDateTimeAndAttitude) {
 }
 
 TEST_F(AsciiFileOutput, VelocitySetNamesAndSpeedFromTheFirstTwoComponents) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
-    AsciiFileRequest request = Request("V");
-    request.coordinateSystem = 2;
-    request.velocityReference = 1;
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Velocity, request, opened->prompt, messages));
+    const AsciiFileRequest request = Request("V", 2, 1);
+    ASSERT_TRUE(Write(AsciiOutputKind::Velocity, request));
     const std::vector<std::string> expectedMessages{
         "Velocity Data File: ",          "    V.ve successfully written",  "    V.vn successfully written",
         "    V.vu successfully written", "    V.vu2 successfully written", "    V.spd successfully written",
         "    V.dir successfully written", ""};
     EXPECT_EQ(messages, expectedMessages);
-    const std::vector<std::string> ve = SplitLines(ReadAll(request.basePath + ".ve"));
-    const std::vector<std::string> vn = SplitLines(ReadAll(request.basePath + ".vn"));
-    const std::vector<std::string> spd = SplitLines(ReadAll(request.basePath + ".spd"));
-    const std::vector<std::string> dir = SplitLines(ReadAll(request.basePath + ".dir"));
+    const std::vector<std::string> ve = TextLines(request.basePath + ".ve"), vn = TextLines(request.basePath + ".vn");
+    const std::vector<std::string> spd = TextLines(request.basePath + ".spd"), dir = TextLines(request.basePath + ".dir");
     ASSERT_EQ(ve.size(), static_cast<size_t>(kProfiles + 1));
     int checked = 0;
     for (int p = 1; p <= kProfiles; ++p) {
@@ -149,24 +150,45 @@ TEST_F(AsciiFileOutput, VelocitySetNamesAndSpeedFromTheFirstTwoComponents) {
 TEST_F(AsciiFileOutput, ThreeBeamsWriteNoFourthComponentFile) {
     const std::string three = folder.File("T3.kvr");
     MakeRecording(three, kProfiles, [](sim::RiverScenario& s) { s.instrument.beams = 3; });
-    auto opened = OpenRecording(three);
-    std::vector<std::string> messages;
-    AsciiFileRequest request = Request("T3");
-    request.coordinateSystem = 0;
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Velocity, request, opened->prompt, messages));
+    auto threeBeams = OpenRecording(three);
+    const AsciiFileRequest request = Request("T3", 0);
+    ASSERT_TRUE(Write(AsciiOutputKind::Velocity, request, threeBeams->doc.get()));
     EXPECT_TRUE(Exists(request.basePath + ".v3"));
     EXPECT_FALSE(Exists(request.basePath + ".v4"));
     EXPECT_TRUE(Exists(request.basePath + ".spd"));
     EXPECT_EQ(messages.size(), 3u + 2u + 2u);
 }
 
+// The declination of the dialog: the velocity set equals that of the same recording stored with
+// this declination, and the document has its own declination and results again afterwards.
+TEST_F(AsciiFileOutput, DeclinationOfTheDialogTurnsTheVelocitySetOnly) {
+    constexpr double kDeclination = 12.5;  // 625 units of 0.02 degree: exact in the record
+    const std::string turned = folder.File("D.kvr");
+    MakeRecording(turned, kProfiles, {}, KnownValues,
+                  [](CKvrData& d) { d.user.MagneticDeclinationRaw = DeclinationToRaw(kDeclination); });
+    auto reference = OpenRecording(turned);
+    ASSERT_TRUE(Write(AsciiOutputKind::Velocity, Request("P", 2, 1), reference->doc.get()));
+
+    const double own = opened->doc->Data().derived.magneticDeclination;
+    ASSERT_TRUE(opened->doc->Recompute());
+    const float ownTotal = opened->doc->Measurement().TotalDischarge;
+    AsciiFileRequest overridden = Request("O", 2, 1);
+    overridden.magneticDeclination = kDeclination;
+    ASSERT_TRUE(Write(AsciiOutputKind::Velocity, overridden));
+    ASSERT_TRUE(Write(AsciiOutputKind::Velocity, Request("N", 2, 1)));
+    for (const char* ext : {".ve", ".vn", ".vu", ".vu2", ".spd", ".dir"}) {
+        EXPECT_EQ(ReadAll(folder.File(std::string("O") + ext)), ReadAll(folder.File(std::string("P") + ext))) << ext;
+    }
+    EXPECT_NE(ReadAll(folder.File("O.ve")), ReadAll(folder.File("N.ve")));
+    EXPECT_EQ(opened->doc->Data().derived.magneticDeclination, own);
+    EXPECT_EQ(opened->doc->Measurement().TotalDischarge, ownTotal);
+}
+
 TEST_F(AsciiFileOutput, SelectedRangeWithFirstEqualToLastWritesOneLine) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
     AsciiFileRequest request = Request("R");
     request.first = request.last = 3;
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Gps, request, opened->prompt, messages));
-    const std::vector<std::string> lines = SplitLines(ReadAll(request.basePath + ".gps"));
+    ASSERT_TRUE(Write(AsciiOutputKind::Gps, request));
+    const std::vector<std::string> lines = TextLines(request.basePath + ".gps");
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[1].substr(0, 6), "     3");
     // Without GPS every field is the no-value mark: 6 position fields, 3 velocities, direction 0.
@@ -177,35 +199,27 @@ TEST_F(AsciiFileOutput, SelectedRangeWithFirstEqualToLastWritesOneLine) {
 }
 
 TEST_F(AsciiFileOutput, ConfigurationFileHoldsTheDumpsAndTheBottomTrackNote) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
     const AsciiFileRequest request = Request("C");
-    ASSERT_TRUE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Configuration, request, opened->prompt, messages));
-    const std::string text = ReadAll(request.basePath + ".ctl");
+    ASSERT_TRUE(Write(AsciiOutputKind::Configuration, request));
+    const std::string text = ReadText(request.basePath + ".ctl");
     EXPECT_NE(text.find("\nBottom Track Data is present in file\n"), std::string::npos);
     EXPECT_EQ(text.find("GPS Data is present"), std::string::npos);
     EXPECT_EQ(messages, (std::vector<std::string>{"Configuration Data File: ", "    C.ctl successfully written", ""}));
 }
 
 TEST_F(AsciiFileOutput, TooLittleSpaceStopsBeforeAnyFileIsTouched) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
     AsciiFileRequest request = Request("S");
     request.freeBytes = 100;
-    EXPECT_FALSE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Header, request, opened->prompt, messages));
-    ASSERT_EQ(opened->prompt.messages.size(), 1u);
-    EXPECT_EQ(opened->prompt.messages[0], std::string(kNotEnoughSpace) + folder.path() + "/");
+    EXPECT_FALSE(Write(AsciiOutputKind::Header, request));
+    EXPECT_EQ(opened->prompt.messages, std::vector<std::string>{std::string(kNotEnoughSpace) + folder.path() + "/"});
     EXPECT_FALSE(Exists(request.basePath + ".hdr"));
     EXPECT_TRUE(messages.empty());
 }
 
 TEST_F(AsciiFileOutput, UnwritableFolderReportsTheWriteError) {
-    auto opened = OpenRecording(path);
-    std::vector<std::string> messages;
-    AsciiFileRequest request;
-    request.basePath = folder.File("missing/X");
+    AsciiFileRequest request = Request("missing/X");
     request.freeBytes = uint64_t{1} << 40;
-    EXPECT_FALSE(WriteAsciiOutput(*opened->doc, AsciiOutputKind::Header, request, opened->prompt, messages));
+    EXPECT_FALSE(Write(AsciiOutputKind::Header, request));
     EXPECT_EQ(opened->prompt.messages, std::vector<std::string>{"Error writing to file"});
 }
 

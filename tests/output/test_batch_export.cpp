@@ -7,10 +7,10 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "ascii_test_support.h"
 #include "data/user_prompt.h"
 #include "output/batch_export.h"
 #include "output/fdx_file.h"
@@ -21,12 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string Slurp(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
+std::string Slurp(const fs::path& path) { return asciitest::ReadAll(path.string()); }
 
 size_t Occurrences(const std::string& text, const std::string& what) {
     size_t n = 0;
@@ -159,31 +154,25 @@ TEST_F(BatchExport, ParallelRunWritesExactlyWhatASerialRunWrites) {
     }
 }
 
-TEST_F(BatchExport, ListOfOnlyUpLookingFilesGivesHeadAndTail) {
+// A list of only up-looking files gives an .fdx of head and tail; a file that cannot be opened
+// is passed over silently while the others are exported.
+TEST_F(BatchExport, RefusedAndUnreadableFilesLeaveNothingBehind) {
     BatchExportSettings settings;
     settings.exportToDifferentDirectory = true;
     settings.outputDirectory = (folder_ / "only_up").string();
     fs::create_directories(settings.outputDirectory);
     RecordingPrompt prompt;
     AppSettings app{UserFolders{}};
-    const BatchExportResult result = RunBatchExport({Kvr("B_up")}, settings, app, nullptr, prompt);
-    EXPECT_EQ(result.refused, 1);
-    EXPECT_EQ(Slurp(result.fdxPath), FdxHeadText() + FdxTailText());
-}
+    const BatchExportResult up = RunBatchExport({Kvr("B_up")}, settings, app, nullptr, prompt);
+    EXPECT_EQ(up.refused, 1);
+    EXPECT_EQ(Slurp(up.fdxPath), FdxHeadText() + FdxTailText());
 
-TEST_F(BatchExport, FileThatCannotBeOpenedIsPassedOverSilently) {
-    BatchExportSettings settings;
-    settings.exportToDifferentDirectory = true;
-    settings.outputDirectory = (folder_ / "missing").string();
-    fs::create_directories(settings.outputDirectory);
-    RecordingPrompt prompt;
+    RecordingPrompt quiet;
     SummaryList summary;
-    AppSettings app{UserFolders{}};
-    const BatchExportResult result =
-        RunBatchExport({Kvr("no_such_file"), Kvr("C_early")}, settings, app, &summary, prompt);
-    EXPECT_EQ(result.skipped, 1);
-    EXPECT_EQ(result.exported, 1);
-    EXPECT_EQ(prompt.messages, std::vector<std::string>{"All files exported"});
+    const BatchExportResult missing = RunBatchExport({Kvr("no_such_file"), Kvr("C_early")}, settings, app, &summary, quiet);
+    EXPECT_EQ(missing.skipped, 1);
+    EXPECT_EQ(missing.exported, 1);
+    EXPECT_EQ(quiet.messages, std::vector<std::string>{"All files exported"});
     EXPECT_EQ(summary.Size(), 1);
 }
 

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "output/fdx_file.h"
 #include "output/flow_test_record.h"
@@ -72,11 +74,6 @@ std::string ExpectedCollection() {
     return s;
 }
 
-TEST(FdxFile, HeadAndTailAreTheFixedTexts) {
-    EXPECT_EQ(FdxHeadText(), "<?xml version=\"1.0\"?>\r\n<FlowDataExchange \r\n\tFdxVersion=\"1.0\">\r\n\t<Measurements >");
-    EXPECT_EQ(FdxTailText(), "\r\n\t</Measurements>\r\n</FlowDataExchange>");
-}
-
 TEST(FdxFile, MeasurementBlockMatchesTheLayoutByteForByte) {
     const test::FlowTestRecord record;
     const std::string expected =
@@ -84,23 +81,16 @@ TEST(FdxFile, MeasurementBlockMatchesTheLayoutByteForByte) {
     EXPECT_EQ(FdxMeasurementText(record.Measurement()), expected);
 }
 
+// The fixed head, the blocks and the fixed tail, with CR LF line ends.
 TEST(FdxFile, WholeFileOfTwoMeasurementsIsHeadBlocksTail) {
     const test::FlowTestRecord record;
-    std::FILE* file = std::tmpfile();
-    ASSERT_NE(file, nullptr);
-    ASSERT_TRUE(WriteFdxHead(file));
-    ASSERT_TRUE(WriteFdxMeasurement(file, record.Measurement()));
-    ASSERT_TRUE(WriteFdxMeasurement(file, record.Measurement()));
-    ASSERT_TRUE(WriteFdxTail(file));
-    std::rewind(file);
-    std::string bytes;
-    char buffer[4096];
-    size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) bytes.append(buffer, got);
-    std::fclose(file);
+    const std::string bytes = test::WrittenBytes([&](std::FILE* file) {
+        return WriteFdxHead(file) && WriteFdxMeasurement(file, record.Measurement()) &&
+               WriteFdxMeasurement(file, record.Measurement()) && WriteFdxTail(file);
+    });
     const std::string block = FdxMeasurementText(record.Measurement());
-    EXPECT_EQ(bytes, FdxHeadText() + block + block + FdxTailText());
-    EXPECT_EQ(bytes.find('\n') - 1, bytes.find('\r')) << "lines end in CR LF";
+    EXPECT_EQ(bytes, "<?xml version=\"1.0\"?>\r\n<FlowDataExchange \r\n\tFdxVersion=\"1.0\">\r\n\t<Measurements >" +
+                         block + block + "\r\n\t</Measurements>\r\n</FlowDataExchange>");
 }
 
 TEST(FdxFile, RecordThatCannotFillTheTableLeavesTheBlockOpen) {
@@ -132,33 +122,38 @@ TEST(FdxFile, MissingTreeKeepsTheMeasurementOpen) {
     EXPECT_NE(text.find("SystemFrequency=\"\""), std::string::npos);
 }
 
-TEST(FdxFile, DurationOfOneProfileIsOneIntervalInDays) {
-    test::FlowTestRecord record;
-    record.record->endTime = record.record->startTime;
-    record.record->Interval = 6.0;
-    // 6 s = 6 / 86400 day = 0.0000694444...
-    EXPECT_NE(FdxMeasurementText(record.Measurement()).find("<Duration \r\n\t\t\t\t\t\tValue=\"0.0000694444\"/>"),
-              std::string::npos);
-}
-
-TEST(FdxFile, UseSwPingNeedsTheSettingAndTheRecordFlag) {
-    test::FlowTestRecord record;
-    const std::string on = "<UseSwPing \r\n\t\t\t\t\t\tValue=\"1\"/>";
-    const std::string off = "<UseSwPing \r\n\t\t\t\t\t\tValue=\"0\"/>";
-    EXPECT_NE(FdxMeasurementText(record.Measurement()).find(on), std::string::npos);
-    record.record->ShallowWaterPing = 0;
-    EXPECT_NE(FdxMeasurementText(record.Measurement()).find(off), std::string::npos);
-    record.record->ShallowWaterPing = 1;
-    record.record->settings.GetChildByName("Discharge").SetValue("UseShallowWaterPing", Variant(int32_t{0}));
-    EXPECT_NE(FdxMeasurementText(record.Measurement()).find(off), std::string::npos);
-}
-
-TEST(FdxFile, DateThatDoesNotConvertGivesZero) {
-    test::FlowTestRecord record;
-    record.record->startTime = test::HeaderAt(2024, 13, 1, 0, 0, 0);
-    const std::string text = FdxMeasurementText(record.Measurement());
-    EXPECT_NE(text.find("VARIANT_TIME=\"0.0000000000\""), std::string::npos);
-    EXPECT_NE(text.find("Value=\"01/13/2024 00:00:00\""), std::string::npos);
+// One change of the record each, with the sample text it must give.
+TEST(FdxFile, SampleValuesFollowTheRecord) {
+    const struct {
+        const char* what;
+        std::function<void(test::FlowTestRecord&)> change;
+        std::vector<std::string> texts;
+    } cases[] = {
+        // 6 s = 6 / 86400 day = 0.0000694444...
+        {"one profile is one interval",
+         [](test::FlowTestRecord& r) {
+             r.record->endTime = r.record->startTime;
+             r.record->Interval = 6.0;
+         },
+         {"<Duration \r\n\t\t\t\t\t\tValue=\"0.0000694444\"/>"}},
+        {"both shallow-water flags on", [](test::FlowTestRecord&) {}, {"<UseSwPing \r\n\t\t\t\t\t\tValue=\"1\"/>"}},
+        {"record flag off", [](test::FlowTestRecord& r) { r.record->ShallowWaterPing = 0; },
+         {"<UseSwPing \r\n\t\t\t\t\t\tValue=\"0\"/>"}},
+        {"setting off",
+         [](test::FlowTestRecord& r) {
+             r.record->settings.GetChildByName("Discharge").SetValue("UseShallowWaterPing", Variant(int32_t{0}));
+         },
+         {"<UseSwPing \r\n\t\t\t\t\t\tValue=\"0\"/>"}},
+        {"a date that does not convert gives 0",
+         [](test::FlowTestRecord& r) { r.record->startTime = test::HeaderAt(2024, 13, 1, 0, 0, 0); },
+         {"VARIANT_TIME=\"0.0000000000\"", "Value=\"01/13/2024 00:00:00\""}},
+    };
+    for (const auto& c : cases) {
+        test::FlowTestRecord record;
+        c.change(record);
+        const std::string text = FdxMeasurementText(record.Measurement());
+        for (const std::string& part : c.texts) EXPECT_NE(text.find(part), std::string::npos) << c.what << ": " << part;
+    }
 }
 
 TEST(FdxNodeWriter, NamesEmptyKeysByIndexHidesSparesAndEscapesNothing) {
@@ -180,11 +175,8 @@ TEST(FdxNodeWriter, NamesEmptyKeysByIndexHidesSparesAndEscapesNothing) {
 }
 
 TEST(FlowFrequency, TextsByCodeWithNothingOutsideTheList) {
-    EXPECT_EQ(FlowFrequencyText(0), "3 MHz");
-    EXPECT_EQ(FlowFrequencyText(4), "250 kHz");
-    EXPECT_EQ(FlowFrequencyText(5), "1 MHz");
-    EXPECT_EQ(FlowFrequencyText(6), "125 kHz");
-    EXPECT_EQ(FlowFrequencyText(7), "");
+    const char* texts[] = {"3 MHz", "1.5 MHz", "750 kHz", "500 kHz", "250 kHz", "1 MHz", "125 kHz", ""};
+    for (int code = 0; code <= 7; ++code) EXPECT_EQ(FlowFrequencyText(code), texts[code]) << code;
     EXPECT_EQ(FlowFrequencyText(-1), "");
 }
 

@@ -54,16 +54,7 @@ struct Bytes {
 };
 
 std::string WriteToBytes(const FlowMeasurement& m) {
-    std::FILE* file = std::tmpfile();
-    EXPECT_NE(file, nullptr);
-    EXPECT_TRUE(WriteFpx(file, m));
-    std::rewind(file);
-    std::string bytes;
-    char buffer[4096];
-    size_t got;
-    while ((got = std::fread(buffer, 1, sizeof buffer, file)) > 0) bytes.append(buffer, got);
-    std::fclose(file);
-    return bytes;
+    return test::WrittenBytes([&](std::FILE* file) { return WriteFpx(file, m); });
 }
 
 TEST(FpxFile, LayoutByteForByteWithTheCountOfAnUnwrittenEntry) {
@@ -143,19 +134,12 @@ protected:
     }
     void TearDown() override { std::filesystem::remove(path_); }
     NodeRef WriteAndLoad(const FlowMeasurement& m) {
-        CollectingPrompt prompt;
+        RecordingPrompt prompt;
         EXPECT_TRUE(WriteFpxFile(path_.string(), m, prompt));
         NodeRef root = NodeRef::MakeNew();
         EXPECT_TRUE(LoadTreeFile(root, path_.string()));
         return root;
     }
-    struct CollectingPrompt : UserPrompt {
-        std::vector<std::string> messages;
-        void Message(const std::string& text) override { messages.push_back(text); }
-        bool AskYesNo(const std::string&) override { return false; }
-        std::string AskSavePath(const std::string&, const std::string&, const std::string&) override { return {}; }
-        void Progress(int, int, const std::string&) override {}
-    };
     std::filesystem::path path_;
 };
 
@@ -204,7 +188,7 @@ TEST_F(FpxReadBack, ReplacesAnExistingFileAndReportsAFolderItCannotCreateIn) {
     WriteAndLoad(record.Measurement());
     EXPECT_LT(std::filesystem::file_size(path_), 100000u);
 
-    CollectingPrompt prompt;
+    RecordingPrompt prompt;
     const std::string bad = (path_.parent_path() / "no_such_folder_fpx" / "x.fpx").string();
     EXPECT_FALSE(WriteFpxFile(bad, record.Measurement(), prompt));
     ASSERT_EQ(prompt.messages.size(), 1u);

@@ -54,7 +54,7 @@ TEST_F(TextDumps, TFormatHeadAndBlockOfSixLinesPlusOnePerCell) {
     auto opened = OpenRecording(path);
     const std::string out = folder.File("D.tformat");
     ASSERT_TRUE(WriteTFormatFile(*opened->doc, out, kTFormatCentimetres, opened->prompt));
-    const std::vector<std::string> lines = SplitLines(ReadAll(out));
+    const std::vector<std::string> lines = TextLines(out);
     ASSERT_GE(lines.size(), 3u);
     EXPECT_EQ(lines[0], "first comment");
     EXPECT_EQ(lines[1], "second comment");

@@ -33,28 +33,28 @@ NodeRef SideFileRoot() {
     return root;
 }
 
-TEST(RawSentenceExport, WritesEachGpsSentenceOnItsOwnLineInProfileOrder) {
-    ScratchFolder folder;
-    const std::string out = folder.File("a.raw_gps");
-    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::Gps, out), 3);
-    EXPECT_EQ(ReadAll(out), kGga1 + "\n" + kRmc1 + "\n" + kGga2 + "\n");
-}
-
-TEST(RawSentenceExport, EchoKindTakesOnlyEchoBranchSentences) {
-    ScratchFolder folder;
-    const std::string out = folder.File("a.raw_echo");
-    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::EchoSounder, out), 1);
-    EXPECT_EQ(ReadAll(out), kDpt + "\n");
-}
-
-TEST(RawSentenceExport, SelectionFlagZeroLeavesASentenceOut) {
-    ScratchFolder folder;
-    const std::string out = folder.File("b.raw_gps");
+// Each sentence on its own line of a text file (CR LF), in profile order, only those of the
+// stream's prefix and, with a selection, only those not switched off.
+TEST(RawSentenceExport, SentencesOfTheStreamOneALine) {
     NodeRef selection = NodeRef::MakeNew();
     selection.SetValue("GGA", Variant(int32_t{0}));
     selection.SetValue("RMC", Variant(int32_t{1}));
-    EXPECT_EQ(WriteRawSentences(SideFileRoot(), RawSentenceKind::Gps, out, selection), 1);
-    EXPECT_EQ(ReadAll(out), kRmc1 + "\n");
+    const struct {
+        RawSentenceKind kind;
+        NodeRef selection;
+        int lines;
+        std::string bytes;
+    } cases[] = {
+        {RawSentenceKind::Gps, NodeRef(), 3, kGga1 + "\r\n" + kRmc1 + "\r\n" + kGga2 + "\r\n"},
+        {RawSentenceKind::EchoSounder, NodeRef(), 1, kDpt + "\r\n"},
+        {RawSentenceKind::Gps, selection, 1, kRmc1 + "\r\n"},
+    };
+    ScratchFolder folder;
+    for (const auto& c : cases) {
+        const std::string out = folder.File("a.raw");
+        EXPECT_EQ(WriteRawSentences(SideFileRoot(), c.kind, out, c.selection), c.lines) << c.bytes;
+        EXPECT_EQ(ReadAll(out), c.bytes);
+    }
 }
 
 TEST(RawSentenceExport, FilterTextAndUnwritableOutput) {

@@ -45,6 +45,11 @@ std::string Field(const ReportFields& fields, const std::string& key) {
     return text == nullptr ? "<missing " + key + ">" : *text;
 }
 
+// Every {key, text} pair of `expected` stands in `fields`.
+void ExpectTexts(const ReportFields& fields, std::initializer_list<std::pair<const char*, const char*>> expected) {
+    for (const auto& [key, text] : expected) EXPECT_EQ(Field(fields, key), text) << key;
+}
+
 ReportSettings Metric(int digits, bool usgs) {
     ReportSettings s;
     s.unitSystem = 1;
@@ -86,43 +91,29 @@ TEST(ReportTreeKeys, UserHoldsEveryParameterInOrderWithItsTitle) {
     facts.echoSounderPresent = true;
     const ReportTree tree = BuildReportTree({{r, facts}}, Metric(5, true));
 
-    const std::vector<std::string> keys{
-        "TopFit", "TopExponent", "BottomFit", "BottomExponent", "AreaMethod", "LeftBank", "RightBank",
-        "OrientationProfiles", "SerialNumber", "SystemFrequency", "FirmwareVersion", "RipplemarkVersion",
-        "AveragingInterval", "MountingDepth", "BlankingDistance", "NumberOfCells", "CellSize", "TrackReference",
-        "VelocityReference", "DepthReference", "MagneticDeclination", "Salinity", "EchoSounder", "FootNote",
-        "UnitDistance", "UnitVelocity", "UnitArea", "UnitDischarge"};
-    ASSERT_EQ(tree.user.size(), keys.size());
-    for (size_t i = 0; i < keys.size(); ++i) EXPECT_EQ(tree.user[i].key, keys[i]);
-
+    // Every entry in order, with its text.
+    const std::pair<const char*, const char*> expected[] = {
+        {"TopFit", "Constant            "},  // 9 letters and blank, 11 more blanks
+        {"TopExponent", "0.1667"},          // 1/6
+        {"BottomFit", "Power               "}, {"BottomExponent", "0.2500"}, {"AreaMethod", "Proj Angle"},
+        {"LeftBank", "User"}, {"RightBank", "Vertical"}, {"OrientationProfiles", "all"}, {"SerialNumber", "K0815"},
+        {"SystemFrequency", "1000 kHz"}, {"FirmwareVersion", "16.5"}, {"RipplemarkVersion", "v4.50"},
+        {"AveragingInterval", "5.0"}, {"MountingDepth", "0.25"}, {"BlankingDistance", "0.50"},
+        {"NumberOfCells", "40"},
+        {"CellSize", "0.12"},  // 0.125 is exact in binary: printf rounds to even
+        {"TrackReference", "GPS"}, {"VelocityReference", "BTrack"}, {"DepthReference", "EchoS"},
+        {"MagneticDeclination", "-3.12"},  // an exact tie, to even
+        {"Salinity", "12.2"}, {"EchoSounder", "Present"},
+        {"FootNote",
+         "Note: Units for the above parameters are:Distance (m), Velocity (m/s), Area (m2), Discharge (cms)"
+         "\nDischarge values in italics have a Total Discharge that is more than 5% from the mean."},
+        {"UnitDistance", "m"}, {"UnitVelocity", "m/s"}, {"UnitArea", "m2"}, {"UnitDischarge", "m3/s"}};
+    ASSERT_EQ(tree.user.size(), std::size(expected));
+    for (size_t i = 0; i < tree.user.size(); ++i) {
+        EXPECT_EQ(tree.user[i].key, expected[i].first);
+        EXPECT_EQ(tree.user[i].text, expected[i].second) << expected[i].first;
+    }
     EXPECT_EQ(tree.user[0].title, "Profile Extrapolation - Top Fit\n");
-    EXPECT_EQ(*tree.UserText("TopFit"), "Constant            ");  // 9 letters and blank, 11 more blanks
-    EXPECT_EQ(*tree.UserText("TopExponent"), "0.1667");            // 1/6
-    EXPECT_EQ(*tree.UserText("BottomFit"), "Power               ");
-    EXPECT_EQ(*tree.UserText("BottomExponent"), "0.2500");
-    EXPECT_EQ(*tree.UserText("AreaMethod"), "Proj Angle");
-    EXPECT_EQ(*tree.UserText("LeftBank"), "User");
-    EXPECT_EQ(*tree.UserText("RightBank"), "Vertical");
-    EXPECT_EQ(*tree.UserText("OrientationProfiles"), "all");
-    EXPECT_EQ(*tree.UserText("SerialNumber"), "K0815");
-    EXPECT_EQ(*tree.UserText("SystemFrequency"), "1000 kHz");
-    EXPECT_EQ(*tree.UserText("FirmwareVersion"), "16.5");
-    EXPECT_EQ(*tree.UserText("RipplemarkVersion"), "v4.50");
-    EXPECT_EQ(*tree.UserText("AveragingInterval"), "5.0");
-    EXPECT_EQ(*tree.UserText("MountingDepth"), "0.25");
-    EXPECT_EQ(*tree.UserText("BlankingDistance"), "0.50");
-    EXPECT_EQ(*tree.UserText("NumberOfCells"), "40");
-    EXPECT_EQ(*tree.UserText("CellSize"), "0.12");  // 0.125 is exact in binary: printf rounds to even
-    EXPECT_EQ(*tree.UserText("TrackReference"), "GPS");
-    EXPECT_EQ(*tree.UserText("VelocityReference"), "BTrack");
-    EXPECT_EQ(*tree.UserText("DepthReference"), "EchoS");
-    EXPECT_EQ(*tree.UserText("MagneticDeclination"), "-3.12");  // an exact tie, to even
-    EXPECT_EQ(*tree.UserText("Salinity"), "12.2");
-    EXPECT_EQ(*tree.UserText("EchoSounder"), "Present");
-    EXPECT_EQ(*tree.UserText("FootNote"),
-              "Note: Units for the above parameters are:Distance (m), Velocity (m/s), Area (m2), Discharge (cms)"
-              "\nDischarge values in italics have a Total Discharge that is more than 5% from the mean.");
-    EXPECT_EQ(*tree.UserText("UnitDischarge"), "m3/s");
     EXPECT_TRUE(tree.mismatched.empty());
     EXPECT_EQ(tree.MismatchMessage(), "");
 }
@@ -166,32 +157,18 @@ TEST(ReportTreeKeys, RecordsHoldTheTransectValuesInTheirFormats) {
     const ReportTree tree = BuildReportTree({{r, facts}}, Metric(3, false));
     ASSERT_EQ(tree.records.size(), 1u);
     const ReportFields& f = tree.records[0].fields;
-    EXPECT_EQ(Field(f, "StartSide"), "Right");
-    EXPECT_EQ(Field(f, "FileName"), "T007");
-    EXPECT_EQ(Field(f, "Name"), "T007");
-    EXPECT_EQ(Field(f, "TopDischarge"), "1.23");      // 123.456 -> 123 / 100
-    EXPECT_EQ(Field(f, "BottomDischarge"), "0.988");  // a < 1: d = 3, 987.65 -> 988
-    EXPECT_EQ(Field(f, "LeftDischarge"), "0.25");     // 0.250 printed with its own digits
-    EXPECT_EQ(Field(f, "RightDischarge"), "-0.0125");
-    EXPECT_EQ(Field(f, "MiddleDischarge"), "7.5");
-    EXPECT_EQ(Field(f, "TotalDischarge"), "10");
-    EXPECT_EQ(Field(f, "Discharge"), "10");
-    EXPECT_EQ(Field(f, "PercentMeasuredDischarge"), "75.0");
-    EXPECT_EQ(Field(f, "LeftDistance"), "2.2");  // 2.25 exact: printf rounds to even
-    EXPECT_EQ(Field(f, "RightDistance"), "3.0");
-    EXPECT_EQ(Field(f, "TotalDistance"), "55.8");
-    EXPECT_EQ(Field(f, "TotalWidth"), "55.8");
-    EXPECT_EQ(Field(f, "Area"), "120.0");
-    EXPECT_EQ(Field(f, "StartTime"), "09:05");
-    EXPECT_EQ(Field(f, "EndTime"), "09:12");
-    EXPECT_EQ(Field(f, "BoatVelocity"), "0.46");
-    EXPECT_EQ(Field(f, "WaterVelocity"), "0.79");
-    EXPECT_EQ(Field(f, "MeanVelocity"), "0.79");
-    EXPECT_EQ(Field(f, "TotalProfiles"), "88");
-    EXPECT_EQ(Field(f, "BadProfiles"), "3");
-    EXPECT_EQ(Field(f, "StartMHW"), "1.50");
-    EXPECT_EQ(Field(f, "StartMTW"), "0.00");
-    EXPECT_EQ(Field(f, "EndMTW"), "0.12");  // 0.125 exact: rounds to even
+    ExpectTexts(f, {{"StartSide", "Right"}, {"FileName", "T007"}, {"Name", "T007"},
+                    {"TopDischarge", "1.23"},       // 123.456 -> 123 / 100
+                    {"BottomDischarge", "0.988"},   // a < 1: d = 3, 987.65 -> 988
+                    {"LeftDischarge", "0.25"},      // 0.250 printed with its own digits
+                    {"RightDischarge", "-0.0125"}, {"MiddleDischarge", "7.5"}, {"TotalDischarge", "10"},
+                    {"Discharge", "10"}, {"PercentMeasuredDischarge", "75.0"},
+                    {"LeftDistance", "2.2"},  // 2.25 exact: printf rounds to even
+                    {"RightDistance", "3.0"}, {"TotalDistance", "55.8"}, {"TotalWidth", "55.8"}, {"Area", "120.0"},
+                    {"StartTime", "09:05"}, {"EndTime", "09:12"}, {"BoatVelocity", "0.46"},
+                    {"WaterVelocity", "0.79"}, {"MeanVelocity", "0.79"}, {"TotalProfiles", "88"},
+                    {"BadProfiles", "3"}, {"StartMHW", "1.50"}, {"StartMTW", "0.00"},
+                    {"EndMTW", "0.12"}});  // 0.125 exact: rounds to even
 }
 
 TEST(ReportTreeKeys, InactiveTransectsAreLeftOutAndMissingValuesShowDashes) {
@@ -218,29 +195,22 @@ TEST(ReportStatistics, TwoTransectsGiveMeanDeviationAndCoefficient) {
     const ReportTree tree = BuildReportTree({{a, {}}, {b, {}}}, Metric(3, false));
     const ReportStatistics& s = tree.statistics;
     // |Q| = 10, 12: mean 11, deviation sqrt(2) = 1.41421 -> 1.41, coefficient 0.12856 -> 0.129.
-    EXPECT_EQ(Field(s.mean, "TotalDischarge"), "11");
-    EXPECT_EQ(Field(s.stdDev, "TotalDischarge"), "1.41");
-    EXPECT_EQ(Field(s.rm, "TotalDischarge"), "0.129");
-    // Profiles 10 and 20: mean 15, deviation sqrt(50) = 7.07, coefficient 0.471.
-    EXPECT_EQ(Field(s.mean, "TotalProfiles"), "15");
-    EXPECT_EQ(Field(s.stdDev, "TotalProfiles"), "7");
-    EXPECT_EQ(Field(s.rm, "TotalProfiles"), "0.471");
-    // Columns without numbers have no statistics; all widths are 0, so their coefficient is "--".
-    EXPECT_EQ(Field(s.mean, "FileName"), "--");
-    EXPECT_EQ(Field(s.mean, "LeftDistance"), "0.0");
-    EXPECT_EQ(Field(s.rm, "LeftDistance"), "--");
+    // Profiles 10 and 20: mean 15, deviation sqrt(50) = 7.07, coefficient 0.471. Columns without
+    // numbers have no statistics; all widths are 0, so their coefficient is "--".
+    ExpectTexts(s.mean, {{"TotalDischarge", "11"}, {"TotalProfiles", "15"}, {"FileName", "--"},
+                         {"LeftDistance", "0.0"}});
+    ExpectTexts(s.stdDev, {{"TotalDischarge", "1.41"}, {"TotalProfiles", "7"}});
+    ExpectTexts(s.rm, {{"TotalDischarge", "0.129"}, {"TotalProfiles", "0.471"}, {"LeftDistance", "--"}});
     // Total: the span from the first start to the last end.
-    EXPECT_EQ(Field(s.total, "StartTime"), "09:05");
-    EXPECT_EQ(Field(s.total, "EndTime"), "09:58");
-    EXPECT_EQ(Field(s.total, "TotalDischarge"), "--");
+    ExpectTexts(s.total, {{"StartTime", "09:05"}, {"EndTime", "09:58"}, {"TotalDischarge", "--"}});
     EXPECT_EQ(s.mean.size(), tree.records[0].fields.size());
 }
 
 TEST(ReportStatistics, OneTransectHasDeviationZeroAndCoefficientZero) {
     const ReportTree tree = BuildReportTree({{Transect("A.kvr", 4.5f), {}}}, Metric(5, true));
-    EXPECT_EQ(Field(tree.statistics.mean, "TotalDischarge"), "4.5");
-    EXPECT_EQ(Field(tree.statistics.stdDev, "TotalDischarge"), "0");
-    EXPECT_EQ(Field(tree.statistics.rm, "TotalDischarge"), "0.000");
+    ExpectTexts(tree.statistics.mean, {{"TotalDischarge", "4.5"}});
+    ExpectTexts(tree.statistics.stdDev, {{"TotalDischarge", "0"}});
+    ExpectTexts(tree.statistics.rm, {{"TotalDischarge", "0.000"}});
 }
 
 TEST(ReportStatistics, NoTransectGivesDashesEverywhere) {
@@ -276,13 +246,11 @@ TEST(ReportItalics, TotalsMoreThanFivePercentFromTheMeanAreFlagged) {
     EXPECT_TRUE(tree.records[0].italic);
     EXPECT_FALSE(tree.records[1].italic);
     EXPECT_TRUE(tree.records[2].italic);
-}
-
-TEST(ReportItalics, EqualTotalsAreNotFlagged) {
-    const ReportTree tree =
+    // Totals of equal magnitude are compared by magnitude, as the mean is: none is flagged.
+    const ReportTree equal =
         BuildReportTree({{Transect("A.kvr", 7.0f), {}}, {Transect("B.kvr", -7.0f), {}}}, Metric(5, true));
-    EXPECT_FALSE(tree.records[0].italic);
-    EXPECT_FALSE(tree.records[1].italic);  // compared by magnitude, as the mean is
+    EXPECT_FALSE(equal.records[0].italic);
+    EXPECT_FALSE(equal.records[1].italic);
 }
 
 TEST(ReportMismatch, DifferingTopFitBlanksItAndNamesItOnce) {
@@ -326,23 +294,19 @@ TEST(ReportMismatch, ADifferenceInALaterTransectOnlyIsFoundToo) {
 }
 
 TEST(ReportRounding, UsgsRoundsExactHalvesToEvenAndSignificantDigitsUp) {
-    const ReportSettings usgs = Metric(2, true);
-    const ReportSettings digits = Metric(2, false);
-    EXPECT_EQ(ReportDischargeText(125.0, usgs), "120");
-    EXPECT_EQ(ReportDischargeText(125.0, digits), "130");
-    EXPECT_EQ(ReportDischargeText(135.0, usgs), "140");
-    EXPECT_EQ(ReportDischargeText(135.0, digits), "140");
-    // Negative values are truncated toward zero in both modes.
-    EXPECT_EQ(ReportDischargeText(-135.0, usgs), "-130");
-    EXPECT_EQ(ReportDischargeText(-135.0, digits), "-130");
-    // 1250.5 with two digits: y = 12.505, f = 50.5 lies between the thresholds: USGS rounds it
-    // down, the significant-digit rule up. 1255: f = 55 rounds up in both.
-    EXPECT_EQ(ReportDischargeText(1250.5, usgs), "1200");
-    EXPECT_EQ(ReportDischargeText(1250.5, digits), "1300");
-    EXPECT_EQ(ReportDischargeText(1255.0, usgs), "1300");
-    EXPECT_EQ(ReportDischargeText(1255.0, digits), "1300");
-    EXPECT_EQ(ReportDischargeText(0.0, usgs), "0");
-    EXPECT_EQ(ReportDischargeText(32767.0, usgs), "--");
+    // Two digits. 125: f = 50 exactly, to even under USGS. Negative values are truncated toward
+    // zero in both modes. 1250.5: y = 12.505, f = 50.5 lies between the thresholds: USGS rounds
+    // it down, the significant-digit rule up. 1255: f = 55 rounds up in both.
+    const struct {
+        double value;
+        const char *usgs, *digits;
+    } rows[] = {{125.0, "120", "130"},     {135.0, "140", "140"},   {-135.0, "-130", "-130"},
+                {1250.5, "1200", "1300"},  {1255.0, "1300", "1300"}, {0.0, "0", "0"},
+                {32767.0, "--", "--"}};
+    for (const auto& r : rows) {
+        EXPECT_EQ(ReportDischargeText(r.value, Metric(2, true)), r.usgs) << r.value;
+        EXPECT_EQ(ReportDischargeText(r.value, Metric(2, false)), r.digits) << r.value;
+    }
 }
 
 TEST(ReportRounding, TheTreeUsesTheChosenModeForRecordsAndStatistics) {

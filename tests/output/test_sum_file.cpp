@@ -10,7 +10,9 @@
 
 #include <unistd.h>
 
+#include "ascii_test_support.h"
 #include "output/sum_file.h"
+#include "output/sum_file_export.h"
 
 namespace rm {
 namespace {
@@ -169,6 +171,62 @@ TEST_F(SumFileFixture, EnglishUnitsAndOtherBranches) {
     has("\n\nDistance to left bank:                              16.404 ft");
     has("\n\nMeasured Middle Portion Discharge:              35.313 ft^3/s");
     has("\nTotal Discharge:               \x05 ft^3/s");
+}
+
+// A variable range shows both ends; a CTD replaces the temperature and salinity lines and adds
+// the ranges of the measurement under the statistics.
+TEST_F(SumFileFixture, VariableRangeAndCtdLines) {
+    in.variableRange = true;
+    in.rangeStart = 0.2;
+    in.temperature = TemperatureSource::Ctd;
+    in.ctdPresent = true;
+    in.ctdTemperatureMin = 4.5;
+    in.ctdTemperatureMax = 12.25;
+    in.ctdSalinityMin = 0.5;
+    in.ctdSalinityMax = 1.75;
+    const auto has = [](const std::string& text, const std::string& part) {
+        EXPECT_NE(text.find(part), std::string::npos) << part;
+    };
+    std::string text = SumFileText(in);
+    has(text, "Transducer Depth:            0.15 m\nProfiling Range:     0.20 -  5.20 m\nAveraging");
+    has(text, "1.50 " + kDegree +
+                  "\nTemperature Mode:               CTD"
+                  "\nWater Salinity:                 CTD     Speed of Sound:                 CTD\n\n\nProfile");
+    has(text, "1.12 m/s\nCTD Temperature Range:                 4.50 - 12.25" + kDegree +
+                  "C\nCTD Salinity Range:\t\t\t\t\t\t    0.50 -    1.75 ppt\n\n\nRemarks");
+    // English: 4.5 C x 1.7999999523 + 32 = 40.0999998 -> 40.10; 12.25 C -> 54.0499994 -> 54.05.
+    in.unitSystem = 0;
+    text = SumFileText(in);
+    has(text, "\nCTD Temperature Range:                40.10 - 54.05" + kDegree + "F\nCTD Salinity Range:");
+    has(text, "\nProfiling Range: 0.66 - 17.06 ft");  // 0.2 m and 5.2 m x 3.2808
+}
+
+// The document's inputs: the CTD extremes of the pass over the range, the setup's fixed
+// transducer depth (20 cm in the virtual river) and a fixed range without the shallow-water ping.
+TEST(SumFileInputsOfDocument, CtdRangesComeFromTheRecomputedProfiles) {
+    asciitest::ScratchFolder folder;
+    const std::string path = folder.File("CTD.kvr");
+    // Profile p carries 5 + p degrees and p / 4 ppt: over profiles 1 to 6, 6 to 11 and 0.25 to 1.5.
+    asciitest::MakeRecording(
+        path, 6, {},
+        [](ProfileRecord& r, int p) {
+            r.hasCtd = true;
+            r.ctd.temperature = 5.0f + static_cast<float>(p);
+            r.ctd.salinity = 0.25f * static_cast<float>(p);
+        },
+        [](CKvrData& d) { d.conf.CtdSensorInstalled = 1; });
+    auto opened = asciitest::OpenRecording(path);
+    ASSERT_TRUE(opened->doc->Recompute());
+    const SumFileInputs in = SumFileInputsOf(*opened->doc, opened->app);
+    EXPECT_TRUE(in.ctdPresent);
+    EXPECT_EQ(in.ctdTemperatureMin, 6.0);
+    EXPECT_EQ(in.ctdTemperatureMax, 11.0);
+    EXPECT_EQ(in.ctdSalinityMin, 0.25);
+    EXPECT_EQ(in.ctdSalinityMax, 1.5);
+    EXPECT_EQ(in.temperature, TemperatureSource::Ctd);
+    EXPECT_FALSE(in.transducerDepthFromSensor);
+    EXPECT_DOUBLE_EQ(in.transducerDepth, 0.2);
+    EXPECT_FALSE(in.variableRange);
 }
 
 TEST(SumFileFields, ComputedDischargeFieldIsTheDigitsCharacter) {

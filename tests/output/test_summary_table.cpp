@@ -24,20 +24,22 @@ std::shared_ptr<CDischargeData> Record(const std::string& name, int hour, float 
     return r;
 }
 
+// Every {column, text} pair stands in the row's cells.
+void ExpectCells(const SummaryRow& row, std::initializer_list<std::pair<int, const char*>> expected) {
+    for (const auto& [column, text] : expected) EXPECT_EQ(row.cells[static_cast<size_t>(column)], text) << column;
+}
+
 SummaryTable Build(SummaryList& list, int unitSystem = 1, int digits = 5) {
     return BuildSummaryTable(list, SummaryTableOptions{unitSystem, digits});
 }
 
-TEST(SummaryTableHeaders, SecondLineFollowsTheUnitSystem) {
+// The metric header lines stand in full in the Copy text below; English changes the units.
+TEST(SummaryTableHeaders, EnglishSecondLine) {
     SummaryList list;
-    const SummaryTable metric = Build(list, 1);
-    EXPECT_EQ(metric.header[col::TopQ], "Top Discharge");
-    EXPECT_EQ(metric.units[col::TopQ], "(m^3/s)");
-    EXPECT_EQ(metric.units[col::TotalDistance], "m");  // no parentheses on this one
-    EXPECT_EQ(metric.units[col::FileName], " ");
     const SummaryTable english = Build(list, 0);
     EXPECT_EQ(english.units[col::Area], "(ft^2)");
-    EXPECT_EQ(english.units[col::TotalDistance], "ft");
+    EXPECT_EQ(english.units[col::TotalDistance], "ft");  // no parentheses on this one
+    EXPECT_EQ(english.units[col::TopQ], "(ft^3/s)");
     EXPECT_EQ(english.units[col::StartTime], "Time");
 }
 
@@ -46,23 +48,15 @@ TEST(SummaryTableRows, ZeroRecordsStillGiveTheBlankAndStatisticsRows) {
     const SummaryTable t = Build(list);
     ASSERT_EQ(t.rows.size(), 4u);
     EXPECT_EQ(t.recordRows, 0);
-    EXPECT_EQ(t.rows[0].cells[col::FileName], "");
     EXPECT_EQ(t.rows[0].kind, SummaryRowKind::Blank);
-    EXPECT_EQ(t.rows[1].cells[col::FileName], "Mean");
-    EXPECT_EQ(t.rows[2].cells[col::FileName], "Std. Dev.");
-    EXPECT_EQ(t.rows[3].cells[col::FileName], "Coefficient of Variation");
-    // Zeros through the unpadded formats; rounded columns give the text of 0.
-    EXPECT_EQ(t.rows[1].cells[col::Profiles], "0");
-    EXPECT_EQ(t.rows[1].cells[col::StartMHW], "0.00");
-    EXPECT_EQ(t.rows[2].cells[col::TrackDistance], "0.0");
-    EXPECT_EQ(t.rows[1].cells[col::MeanVelocity], "0.00");
-    EXPECT_EQ(t.rows[1].cells[col::Area], "0");
-    EXPECT_EQ(t.rows[2].cells[col::TotalQ], "0");
-    EXPECT_EQ(t.rows[3].cells[col::TotalQ], "--");
-    EXPECT_EQ(t.rows[3].cells[col::Profiles], "--");
-    // Columns without statistics stay empty.
-    EXPECT_EQ(t.rows[1].cells[col::TrackReference], "");
-    EXPECT_EQ(t.rows[1].cells[col::StartDate], "");
+    ExpectCells(t.rows[0], {{col::FileName, ""}});
+    // Zeros through the unpadded formats; rounded columns give the text of 0; columns without
+    // statistics stay empty.
+    ExpectCells(t.rows[1], {{col::FileName, "Mean"}, {col::Profiles, "0"}, {col::StartMHW, "0.00"},
+                            {col::MeanVelocity, "0.00"}, {col::Area, "0"}, {col::TrackReference, ""},
+                            {col::StartDate, ""}});
+    ExpectCells(t.rows[2], {{col::FileName, "Std. Dev."}, {col::TrackDistance, "0.0"}, {col::TotalQ, "0"}});
+    ExpectCells(t.rows[3], {{col::FileName, "Coefficient of Variation"}, {col::TotalQ, "--"}, {col::Profiles, "--"}});
     EXPECT_EQ(t.absMean, "0");
     EXPECT_EQ(t.coefficientOfVariation, "--");
 }
@@ -92,24 +86,15 @@ TEST(SummaryTableRows, RecordCellsByTheColumnTable) {
     list.Add(r);
     const SummaryTable t = Build(list, 1, 3);
     ASSERT_EQ(t.recordRows, 1);
-    const auto& c = t.rows[0].cells;
-    EXPECT_EQ(c[col::FileName], "RIVER01.kvr");
-    EXPECT_EQ(c[col::StartDate], "05/03/2024 ");
-    EXPECT_EQ(c[col::StartTime], "07:08:09");
-    EXPECT_EQ(c[col::EndTime], "");
-    EXPECT_EQ(c[col::Profiles], "321");
-    EXPECT_EQ(c[col::TrackReference], "GPS");
-    EXPECT_EQ(c[col::VelocityReference], "System");
-    EXPECT_EQ(c[col::DepthReference], "Echo Sounder");
-    EXPECT_EQ(c[col::ShallowWaterPing], "On");
-    EXPECT_EQ(c[col::StartMHW], "    1.50");
-    EXPECT_EQ(c[col::EndMTW], "    0.00");
-    EXPECT_EQ(c[col::TrackDistance], "   123.5");  // 123.45 is 123.4500000000000028 in double
-    EXPECT_EQ(c[col::TotalDistance], "    50.2");  // 50.25 to even
-    EXPECT_EQ(c[col::MeanVelocity], "    0.88");
-    EXPECT_EQ(c[col::Area], "98.8");
-    EXPECT_EQ(c[col::TotalQ], "12.3");
-    EXPECT_EQ(c[col::TopQ], "--");
+    ExpectCells(t.rows[0], {{col::FileName, "RIVER01.kvr"}, {col::StartDate, "05/03/2024 "},
+                            {col::StartTime, "07:08:09"}, {col::EndTime, ""}, {col::Profiles, "321"},
+                            {col::TrackReference, "GPS"}, {col::VelocityReference, "System"},
+                            {col::DepthReference, "Echo Sounder"}, {col::ShallowWaterPing, "On"},
+                            {col::StartMHW, "    1.50"}, {col::EndMTW, "    0.00"},
+                            {col::TrackDistance, "   123.5"},  // 123.45 is 123.4500000000000028 in double
+                            {col::TotalDistance, "    50.2"},  // 50.25 to even
+                            {col::MeanVelocity, "    0.88"}, {col::Area, "98.8"}, {col::TotalQ, "12.3"},
+                            {col::TopQ, "--"}});
     // The setting off turns the column off even with the record's flag set.
     discharge.SetValue("UseShallowWaterPing", Variant(int32_t{0}));
     EXPECT_EQ(Build(list).rows[0].cells[col::ShallowWaterPing], "Off");
@@ -121,16 +106,14 @@ TEST(SummaryTableStatistics, OneRecordHasZeroDeviationAndCoefficient) {
     const SummaryTable t = Build(list);
     ASSERT_EQ(t.rows.size(), 5u);
     EXPECT_EQ(t.rows[1].kind, SummaryRowKind::Blank);
-    // Absolute values: the mean of -20 is 20, five digits: 20.000.
-    EXPECT_EQ(t.rows[2].cells[col::TotalQ], "20.000");
-    EXPECT_EQ(t.rows[3].cells[col::TotalQ], "0");
-    EXPECT_EQ(t.rows[4].cells[col::TotalQ], "   0.000");
+    // Absolute values: the mean of -20 is 20, five digits: 20.000. A mean of exactly zero: the
+    // coefficient is "--", mean and deviation are formatted.
+    ExpectCells(t.rows[2], {{col::TotalQ, "20.000"}, {col::StartMHW, "    0.00"}});
+    ExpectCells(t.rows[3], {{col::TotalQ, "0"}});
+    ExpectCells(t.rows[4], {{col::TotalQ, "   0.000"}, {col::StartMHW, "--"}});
     EXPECT_EQ(t.absMean, "20.000");
     EXPECT_EQ(t.standardDeviation, "0");
     EXPECT_EQ(t.coefficientOfVariation, "   0.000");
-    // A mean of exactly zero: the coefficient is "--", mean and deviation are formatted.
-    EXPECT_EQ(t.rows[2].cells[col::StartMHW], "    0.00");
-    EXPECT_EQ(t.rows[4].cells[col::StartMHW], "--");
 }
 
 TEST(SummaryTableStatistics, TwoRecordsAndAnExcludedOne) {
@@ -147,14 +130,11 @@ TEST(SummaryTableStatistics, TwoRecordsAndAnExcludedOne) {
     list.Add(c);
     const SummaryTable t = Build(list);
     ASSERT_EQ(t.recordRows, 3);
-    // |100|, |-110|: mean 105, deviation sqrt(50) = 7.0710678, coefficient 0.0673.
-    EXPECT_EQ(t.rows[4].cells[col::TotalQ], "105.00");
-    EXPECT_EQ(t.rows[5].cells[col::TotalQ], "7.0711");
-    EXPECT_EQ(t.rows[6].cells[col::TotalQ], "   0.067");
-    // Profile counts are not made absolute: mean 15, deviation sqrt(50).
-    EXPECT_EQ(t.rows[4].cells[col::Profiles], "      15");
-    EXPECT_EQ(t.rows[5].cells[col::Profiles], "       7");
-    EXPECT_EQ(t.rows[6].cells[col::Profiles], "   0.471");
+    // |100|, |-110|: mean 105, deviation sqrt(50) = 7.0710678, coefficient 0.0673. Profile
+    // counts are not made absolute: mean 15, deviation sqrt(50).
+    ExpectCells(t.rows[4], {{col::TotalQ, "105.00"}, {col::Profiles, "      15"}});
+    ExpectCells(t.rows[5], {{col::TotalQ, "7.0711"}, {col::Profiles, "       7"}});
+    ExpectCells(t.rows[6], {{col::TotalQ, "   0.067"}, {col::Profiles, "   0.471"}});
     // The excluded row is painted white on red, the others black on white.
     EXPECT_TRUE(t.rows[2].excluded);
     EXPECT_EQ(ColoursOf(t.rows[2]).text, 0xFFFFFFu);
@@ -171,9 +151,8 @@ TEST(SummaryTableStatistics, AllRecordsExcludedGiveZeroMeanAndNoCoefficient) {
     a->ExcludeFromStatistics = 1;
     list.Add(a);
     const SummaryTable t = Build(list);
-    EXPECT_EQ(t.rows[2].cells[col::StartMHW], "    0.00");
-    EXPECT_EQ(t.rows[2].cells[col::TotalQ], "0");
-    EXPECT_EQ(t.rows[4].cells[col::TotalQ], "--");
+    ExpectCells(t.rows[2], {{col::StartMHW, "    0.00"}, {col::TotalQ, "0"}});
+    ExpectCells(t.rows[4], {{col::TotalQ, "--"}});
 }
 
 TEST(SummaryTableUnits, EnglishUsesTheCubeOfTheSinglePrecisionFactor) {
@@ -185,10 +164,8 @@ TEST(SummaryTableUnits, EnglishUsesTheCubeOfTheSinglePrecisionFactor) {
     const SummaryTable t = Build(list, 0, 5);
     // 1 m3/s x 35.313381820931106 -> five digits 35.313; 10 m x 3.2808 = 32.808 -> 32.8;
     // 1 m2 x 3.2808^2 = 10.76365 -> 10.764.
-    EXPECT_EQ(t.rows[0].cells[col::TotalQ], "35.313");
-    EXPECT_EQ(t.rows[0].cells[col::TotalDistance], "    32.8");
-    EXPECT_EQ(t.rows[0].cells[col::Area], "10.764");
-    EXPECT_EQ(t.rows[2].cells[col::TotalQ], "35.313");
+    ExpectCells(t.rows[0], {{col::TotalQ, "35.313"}, {col::TotalDistance, "    32.8"}, {col::Area, "10.764"}});
+    ExpectCells(t.rows[2], {{col::TotalQ, "35.313"}});
 }
 
 TEST(SummaryTableRows, ActiveRecordWithoutNameLeavesTheList) {
