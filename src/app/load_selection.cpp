@@ -75,22 +75,6 @@ int32_t EndFieldValue(int32_t typed, int32_t profileCount) {
     return (typed == 0 || typed > profileCount) ? profileCount : typed;
 }
 
-std::string FileSizeText(uint64_t bytes) {
-    constexpr double kKilo = 1024.0;
-    char text[64];
-    const double size = static_cast<double>(bytes);
-    if (bytes < 1024) {
-        std::snprintf(text, sizeof text, "%d bytes", static_cast<int>(bytes));
-    } else if (size < kKilo * kKilo) {
-        std::snprintf(text, sizeof text, "%4.2f kB", size / kKilo);
-    } else if (size < kKilo * kKilo * kKilo) {
-        std::snprintf(text, sizeof text, "%4.2f MB", size / (kKilo * kKilo));
-    } else {
-        std::snprintf(text, sizeof text, "%4.2f GB", size / (kKilo * kKilo * kKilo));
-    }
-    return text;
-}
-
 LoadDialogResult ApplyLoadDialog(const LoadDialogInput& input, int32_t profileCount,
                                  const ProfileMemoryFacts& facts, uint64_t availableBytes) {
     LoadDialogResult result;

@@ -55,9 +55,7 @@ int32_t StartFieldValue(int32_t typed, int32_t profileCount);
 // The end field on leaving it: 0 or above the profile count falls back to the count.
 int32_t EndFieldValue(int32_t typed, int32_t profileCount);
 
-// The file size as the dialog shows it: below 1024 bytes "%d bytes", then "%4.2f kB",
-// "%4.2f MB" and "%4.2f GB" at 1024, 1024^2 and 1024^3 bytes.
-std::string FileSizeText(uint64_t bytes);
+// The dialog shows the file size as FormatFileSize of data/record_dumps.h does.
 
 constexpr int32_t kMaxLoadStep = 99999999;
 

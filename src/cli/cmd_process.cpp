@@ -38,8 +38,7 @@ int RunProcess(const ProcessCommandOptions& options) {
             if (options.profiles) out["profiles"] = ProfilesJson(collector.Rows());
             PrintJson(out);
         } else {
-            std::string text = MeasurementText(doc, doc.Settings().UnitSystem);
-            std::fwrite(text.data(), 1, text.size(), stdout);
+            PrintText(MeasurementText(doc, doc.Settings().UnitSystem));
         }
         if (options.save && !doc.SaveSideFile()) {
             std::fprintf(stderr, "%s: the .cfg could not be written\n", options.processing.path.c_str());

@@ -2,77 +2,52 @@
 // its read result.
 
 #include <cstdio>
-#include <exception>
 #include <memory>
-#include <string>
 
-#include "cli/command.h"
+#include "cli/data_file_command.h"
 #include "cli/json_output.h"
-#include "cli/kvr_file_open.h"
 #include "cli/profile_view.h"
 
 namespace rm::cli {
 namespace {
 
-struct ProfileOptions {
-    std::string path;
-    long long number = 0;
-    bool json = false;
-};
-
-int RunProfile(const ProfileOptions& options) {
-    try {
-        CKvrData data;
-        const OpenResult opened = OpenKvrFile(options.path, data);
-        if (!opened.ok()) {
-            std::fprintf(stderr, "%s\n", opened.message.c_str());
-            return kExitBadFile;
-        }
-        const int count = data.ProfileCount();
-        if (options.number < 1 || options.number > count) {
-            if (count == 0) {
-                std::fprintf(stderr, "Profile %lld is out of range: the file holds no whole profile\n", options.number);
-            } else {
-                std::fprintf(stderr, "Profile %lld is out of range: the file holds profiles 1 to %d\n",
-                             options.number, count);
-            }
-            return kExitUsage;
-        }
-        const int index = static_cast<int>(options.number - 1);
-        const int result = data.LoadProfile(index, 0);
-        if (result != kReadOk && result != kReadBadChecksum) {
-            std::fprintf(stderr, "Profile %lld could not be read (read result %d)\n", options.number, result);
-            if (options.json) PrintJson({{"number", options.number}, {"read_result", result}}, -1);
-            return kExitBadFile;
-        }
-        if (result == kReadBadChecksum) {
-            std::fprintf(stderr, "Profile %lld: the checksum does not match; the values are shown as read\n",
-                         options.number);
-        }
-        const ProfileView view = MakeProfileView(data, data.Slot(0), static_cast<int>(options.number), result);
-        if (options.json) {
-            PrintJson(ProfileJson(view), -1);  // one line: the arrays would fill pages
+int ShowProfile(const DataFileOptions& options, CKvrData& data, long long number) {
+    const int count = data.ProfileCount();
+    if (number < 1 || number > count) {
+        if (count == 0) {
+            std::fprintf(stderr, "Profile %lld is out of range: the file holds no whole profile\n", number);
         } else {
-            const std::string text = FormatProfileText(view);
-            std::fwrite(text.data(), 1, text.size(), stdout);
+            std::fprintf(stderr, "Profile %lld is out of range: the file holds profiles 1 to %d\n", number, count);
         }
-        return kExitOk;
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "%s: %s\n", options.path.c_str(), e.what());
+        return kExitUsage;
+    }
+    const int result = data.LoadProfile(static_cast<int>(number - 1), 0);
+    if (result != kReadOk && result != kReadBadChecksum) {
+        std::fprintf(stderr, "Profile %lld could not be read (read result %d)\n", number, result);
+        if (options.json) PrintJson({{"number", number}, {"read_result", result}}, -1);
         return kExitBadFile;
     }
+    if (result == kReadBadChecksum) {
+        std::fprintf(stderr, "Profile %lld: the checksum does not match; the values are shown as read\n", number);
+    }
+    const ProfileView view = MakeProfileView(data, data.Slot(0), static_cast<int>(number), result);
+    if (options.json) {
+        PrintJson(ProfileJson(view), -1);  // one line: the arrays would fill pages
+    } else {
+        PrintText(FormatProfileText(view));
+    }
+    return kExitOk;
 }
 
-const CommandRegistration registration{Command{
-    "profile",
-    "Show profile N (from 1) of a data file (.kvr), decoded, with its read result",
-    [](CLI::App& sub) -> std::function<int()> {
-        auto options = std::make_shared<ProfileOptions>();
-        sub.add_option("FILE", options->path, "The data file")->required();
-        sub.add_option("N", options->number, "The profile, from 1")->required();
-        sub.add_flag("--json", options->json, "Print one JSON object instead of text");
-        return [options] { return RunProfile(*options); };
-    }}};
+const CommandRegistration registration{DataFileCommand(
+    "profile", "Show profile N (from 1) of a data file (.kvr), decoded, with its read result",
+    [](CLI::App& sub) -> DataFileShow {
+        auto number = std::make_shared<long long>(0);
+        sub.add_option("N", *number, "The profile, from 1")->required();
+        return [number](const DataFileOptions& options, CKvrData& data) {
+            return ShowProfile(options, data, *number);
+        };
+    })};
 
 }  // namespace
 }  // namespace rm::cli

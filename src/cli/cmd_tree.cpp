@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "cli/command.h"
+#include "cli/json_output.h"
 #include "data/tree_listing.h"
 
 namespace rm::cli {
@@ -16,8 +17,7 @@ int RunTree(const std::string& path) {
         std::fprintf(stderr, "%s: not a readable tree file: %s\n", path.c_str(), contents.problem.c_str());
         return kExitBadFile;
     }
-    const std::string listing = FormatTreeListing(contents);
-    std::fwrite(listing.data(), 1, listing.size(), stdout);
+    PrintText(FormatTreeListing(contents));
     if (!contents.trees.back().complete) {
         std::fprintf(stderr, "%s: the last tree is incomplete\n", path.c_str());
     }

@@ -8,13 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "command_line/subcommand_dispatch.h"
+
 namespace rm::cli {
 
-// Exit statuses shared by every command.
-constexpr int kExitOk = 0;
-constexpr int kExitFailure = 1;
-constexpr int kExitBadFile = 2;   // the input is not a file of the expected kind
-constexpr int kExitUsage = 64;    // wrong arguments
+// Exit statuses shared by every command: 0 done, 1 failed, 64 wrong arguments as the dispatch
+// returns them, and 2 for an input that is not a file of the expected kind.
+using command_line::kExitFailure;
+using command_line::kExitOk;
+using command_line::kExitUsage;
+constexpr int kExitBadFile = 2;
 
 struct Command {
     std::string name;

@@ -4,7 +4,6 @@
 #include <exception>
 #include <sstream>
 
-#include "app/load_selection.h"
 #include "data/pmk_file.h"
 #include "data/record_dumps.h"
 
@@ -55,7 +54,7 @@ KvrFileInfo CollectFileInfo(const std::string& path, const CKvrData& data) {
     KvrFileInfo info;
     info.path = path;
     info.sizeBytes = data.FileSize();
-    info.sizeText = FileSizeText(static_cast<uint64_t>(info.sizeBytes < 0 ? 0 : info.sizeBytes));
+    info.sizeText = FormatFileSize(static_cast<uint64_t>(info.sizeBytes < 0 ? 0 : info.sizeBytes));
 
     const InstrumentConf& conf = data.conf;
     const UserSetup& user = data.user;

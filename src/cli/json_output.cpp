@@ -6,9 +6,9 @@
 namespace rm::cli {
 
 void PrintJson(const nlohmann::json& value, int indent) {
-    const std::string text = value.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace);
-    std::fwrite(text.data(), 1, text.size(), stdout);
-    std::fputc('\n', stdout);
+    PrintText(value.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
 }
+
+void PrintText(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
 }  // namespace rm::cli

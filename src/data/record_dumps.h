@@ -43,7 +43,8 @@ struct FileSummary {
     bool pcData = false;
 };
 
-// "%d bytes" below 1 kB, then "%4.2f kB", "%4.2f MB", "%4.2f GB" in steps of 1024.
+// A file size as the load dialog and the file summary show it: "%d bytes" below 1024 bytes,
+// then "%4.2f kB", "%4.2f MB" and "%4.2f GB" from 1024, 1024^2 and 1024^3 bytes.
 std::string FormatFileSize(uint64_t bytes);
 // "%4d/%02d/%02d  %02d:%02d:%02d": year, month, day, hour, minute, second.
 std::string FormatDumpDateTime(const DumpDateTime& t);

@@ -4,8 +4,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -15,22 +15,20 @@ namespace rm::test {
 
 namespace {
 
-// An unnamed file in the temporary folder: the child's output goes there rather than into a
-// pipe, so a chatty child can never block on a full pipe, and nothing is left to clean up.
-int AnonymousFile() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "rm-cli-output-XXXXXX").string();
-    const int fd = mkstemp(pattern.data());
-    if (fd < 0) throw std::runtime_error("mkstemp failed");
-    unlink(pattern.c_str());
-    return fd;
+// An unnamed temporary file: the child's output goes there rather than into a pipe, so a chatty
+// child can never block on a full pipe, and nothing is left to clean up.
+std::FILE* AnonymousFile() {
+    std::FILE* file = std::tmpfile();
+    if (file == nullptr) throw std::runtime_error("tmpfile failed");
+    return file;
 }
 
-std::string ReadAll(int fd) {
+std::string ReadAll(std::FILE* file) {
     std::string text;
     char buffer[65536];
-    lseek(fd, 0, SEEK_SET);
-    for (ssize_t got; (got = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, static_cast<size_t>(got));
-    close(fd);
+    std::rewind(file);
+    for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, file)) > 0;) text.append(buffer, got);
+    std::fclose(file);
     return text;
 }
 
@@ -50,8 +48,8 @@ std::string BinDir() {
 
 ProcessResult RunProgram(const std::string& program, const std::vector<std::string>& args,
                          unsigned alarmSeconds) {
-    const int outFd = AnonymousFile();
-    const int errFd = AnonymousFile();
+    std::FILE* out = AnonymousFile();
+    std::FILE* err = AnonymousFile();
     const std::string exe = BinDir() + "/" + program;
 
     std::vector<std::string> argStore;
@@ -63,12 +61,12 @@ ProcessResult RunProgram(const std::string& program, const std::vector<std::stri
 
     pid_t pid = fork();
     if (pid < 0) {
-        close(outFd);
-        close(errFd);
+        std::fclose(out);
+        std::fclose(err);
         throw std::runtime_error("fork failed");
     }
     if (pid == 0) {
-        if (dup2(outFd, STDOUT_FILENO) < 0 || dup2(errFd, STDERR_FILENO) < 0) _exit(127);
+        if (dup2(fileno(out), STDOUT_FILENO) < 0 || dup2(fileno(err), STDERR_FILENO) < 0) _exit(127);
         alarm(alarmSeconds);  // survives exec: a hanging program dies by SIGALRM
         execv(exe.c_str(), argv.data());
         _exit(127);
@@ -83,8 +81,8 @@ ProcessResult RunProgram(const std::string& program, const std::vector<std::stri
     } else {
         result.exitStatus = WEXITSTATUS(status);
     }
-    result.out = ReadAll(outFd);
-    result.err = ReadAll(errFd);
+    result.out = ReadAll(out);
+    result.err = ReadAll(err);
     return result;
 }
 

@@ -1,10 +1,8 @@
-// `ripplemark-cli info` on recordings of the virtual river: the facts it reports must be the
-// ones kvr-sim was asked to record, for a spread of instrument set-ups.
+// `ripplemark-cli info` and `profile` on recordings of the virtual river: the facts they report
+// must be the ones kvr-sim was asked to record, for a spread of instrument set-ups.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <ostream>
 #include <string>
@@ -16,41 +14,19 @@
 namespace rm::test {
 namespace {
 
-// Display frequency in kHz of the system frequency index.
-int DisplayKHz(int index) {
-    static const int kTable[] = {3000, 1500, 750, 500, 250, 1000, 5000};
-    return kTable[index];
-}
-
-// "%4d/%02d/%02d  %02d:%02d:%02d" of a "YYYY-MM-DD hh:mm:ss" start plus `seconds`.
-std::string TimeAfter(const std::string& start, long seconds) {
-    std::tm tm{};
-    std::sscanf(start.c_str(), "%d-%d-%d %d:%d:%d", &tm.tm_year, &tm.tm_mon, &tm.tm_mday, &tm.tm_hour, &tm.tm_min,
-                &tm.tm_sec);
-    tm.tm_year -= 1900;
-    tm.tm_mon -= 1;
-    const std::time_t t = timegm(&tm) + seconds;
-    std::tm out{};
-    gmtime_r(&t, &out);
-    char text[64];
-    std::snprintf(text, sizeof text, "%4d/%02d/%02d  %02d:%02d:%02d", out.tm_year + 1900, out.tm_mon + 1, out.tm_mday,
-                  out.tm_hour, out.tm_min, out.tm_sec);
-    return text;
-}
-
 struct InfoCase {
     const char* name;
-    int beams;
-    int cells;
-    int frequencyIndex;
-    const char* coords;  // as kvr-sim takes it
-    const char* coordinateSystem;  // as info names it
+    int beams, cells, frequencyIndex, kHz;  // kHz: what the display table shows for the index
+    const char* coords;                     // as kvr-sim takes it
+    const char* coordinateSystem;           // as info names it
     int bottomTrack;
     const char* gps;  // "", "--internal-gps" or "--external-gps"
     bool echoSounder;
-    int profiles;
-    int interval;
-    const char* start;
+    int profiles, interval;
+    const char* start;      // as kvr-sim takes it
+    const char* firstTime;  // the first and the last profile's time as info prints them
+    const char* lastTime;
+    const char* sizeText;  // the file size by hand (see the layout below), / 1024, "%4.2f kB"
 };
 
 // Names the case in test listings instead of its bytes.
@@ -67,35 +43,30 @@ TEST_P(InfoAgreesWithSimulator, ReportsWhatWasRecorded) {
                                      std::to_string(c.profiles), "--interval", std::to_string(c.interval),
                                      "--start", c.start, "--serial", "SN4711", "--comment", "Upper reach",
                                      "--comment", "Gauge 12"};
-    if (*c.gps != '\0') args.push_back(c.gps);
+    const bool gps = *c.gps != '\0';  // an external receiver's fixes go into the GPS block as well
+    if (gps) args.push_back(c.gps);
     if (c.echoSounder) args.push_back("--echo-sounder");
     const SimRecording rec = RecordRiver(dir, "RIVER", args);
 
     const nlohmann::json info = RunCliJson({"info", rec.path, "--json"});
-
     EXPECT_EQ(info["profiles"], c.profiles);
     EXPECT_EQ(info["profiles"], rec.truth["profiles"]);
     EXPECT_EQ(info["cells"], c.cells);
     EXPECT_EQ(info["beams"], c.beams);
-    EXPECT_EQ(info["frequency"], DisplayKHz(c.frequencyIndex));
+    EXPECT_EQ(info["frequency"], c.kHz);
     EXPECT_EQ(info["serial_number"], "SN4711");
     EXPECT_EQ(info["coordinate_system"], c.coordinateSystem);
-    EXPECT_EQ(info["first_profile_time"], TimeAfter(c.start, 0));
-    EXPECT_EQ(info["last_profile_time"], TimeAfter(c.start, static_cast<long>(c.profiles - 1) * c.interval));
+    EXPECT_EQ(info["first_profile_time"], c.firstTime);
+    EXPECT_EQ(info["last_profile_time"], c.lastTime);
     EXPECT_EQ(info["comments"][0], "Upper reach");
     EXPECT_EQ(info["comments"][1], "Gauge 12");
-
-    // Fixes of an external receiver are recorded into the GPS block as well.
-    const bool gps = *c.gps != '\0';
     EXPECT_EQ(info["gps"], gps);
     EXPECT_EQ(info["echo_sounder"], c.echoSounder);
     EXPECT_EQ(info["bottom_track"], c.bottomTrack != 0);
     EXPECT_EQ(info["bottom_track_mode"], c.bottomTrack);
-    EXPECT_EQ(info["external_sensor"], false);
-    EXPECT_EQ(info["ctd"], false);
-    EXPECT_EQ(info["waves"], false);
-    EXPECT_EQ(info["pulse_coherent"], false);
-
+    for (const char* absent : {"external_sensor", "ctd", "waves", "pulse_coherent"}) {
+        EXPECT_EQ(info[absent], false) << absent;
+    }
     // The layout by hand: conf 96 + oper 64 + user 256 before the records; a record is the
     // 80-byte header, the optional blocks, 4 bytes a cell and beam and the 2-byte checksum.
     const int recordSize = 82 + 4 * c.cells * c.beams + (c.bottomTrack != 0 ? 18 : 0) +
@@ -106,41 +77,56 @@ TEST_P(InfoAgreesWithSimulator, ReportsWhatWasRecorded) {
     const auto size = static_cast<long long>(std::filesystem::file_size(rec.path));
     EXPECT_EQ(info["size"], size);
     EXPECT_EQ(size, 416LL + static_cast<long long>(c.profiles) * recordSize);
+    EXPECT_EQ(info["size_text"], c.sizeText);
+
+    // The text form: the dialog's labels and values, then the dumps with one line a cell.
+    const ProcessResult text = RunCli({"info", rec.path});
+    ASSERT_TRUE(text.Exited() && text.exitStatus == 0) << text.Describe();
+    const std::string cells = std::to_string(c.cells);
+    for (const std::string& shown :
+         {std::string("KVR File Information"), std::string("GPS Data:"), std::string("Echo Sounder Data:"),
+          std::string("Bottom Track Data:"), std::string("External Sensor:"), std::string("CTD Data:"),
+          std::string("Wave Data:"), std::string("PC-KVR Data:"), std::string("Upper reach"),
+          std::string(c.firstTime), std::string(c.lastTime), std::string(c.sizeText),
+          std::string("\nSerialNumber -----------------> SN4711"),
+          "\nNo. of Cells -----------------> " + cells, "Cell " + cells + " "}) {
+        EXPECT_NE(text.out.find(shown), std::string::npos) << "missing: " << shown;
+    }
+    EXPECT_EQ(text.out.find("Cell " + std::to_string(c.cells + 1) + " "), std::string::npos);
+
+    // The last profile: its number and time, and blocks and arrays that follow the set-up.
+    const nlohmann::json p = RunCliJson({"profile", rec.path, std::to_string(c.profiles), "--json"});
+    EXPECT_EQ(p["read_result"], 0);
+    EXPECT_EQ(p["profile_number"], c.profiles);
+    EXPECT_EQ(p["time"], c.lastTime);
+    EXPECT_EQ(p["gps"].is_null(), !gps);
+    EXPECT_EQ(p["bottom_track"].is_null(), c.bottomTrack == 0);
+    EXPECT_EQ(p["shallow_water"].is_null(), c.bottomTrack != 2);
+    for (const char* array : {"velocity_raw", "velocity_cm_s", "std_error", "amplitude"}) {
+        ASSERT_EQ(p[array].size(), static_cast<size_t>(c.beams)) << array;
+        for (const nlohmann::json& beam : p[array]) EXPECT_EQ(beam.size(), static_cast<size_t>(c.cells)) << array;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(
     OptionSets, InfoAgreesWithSimulator,
     ::testing::Values(
-        InfoCase{"FourBeamsEnuBottomTrackInternalGps", 4, 20, 1, "enu", "ENU", 1, "--internal-gps", false, 30, 1,
-                 "2024-05-17 08:30:00"},
-        InfoCase{"ThreeBeamsBeamCoordinatesNoBottomTrack", 3, 12, 6, "beam", "BEAM", 0, "--internal-gps", false, 12,
-                 1, "2022-02-28 14:00:00"},
-        InfoCase{"FourBeamsXyzShallowWaterPingEcho", 4, 40, 2, "xyz", "XYZ", 2, "--internal-gps", true, 25, 2,
-                 "2021-07-01 06:15:30"},
-        InfoCase{"ThreeBeamsEnuExternalGpsOverMidnight", 3, 8, 5, "enu", "ENU", 1, "--external-gps", true, 10, 3,
-                 "2023-12-31 23:59:50"},
-        InfoCase{"FourBeamsXyzNoGps", 4, 16, 0, "xyz", "XYZ", 1, "", false, 15, 1, "2020-01-01 00:00:00"}),
+        // 30 records of 82 + 320 + 18 + 48 = 468 bytes: 14456 bytes.
+        InfoCase{"FourBeamsEnuBottomTrackInternalGps", 4, 20, 1, 1500, "enu", "ENU", 1, "--internal-gps", false, 30,
+                 1, "2024-05-17 08:30:00", "2024/05/17  08:30:00", "2024/05/17  08:30:29", "14.12 kB"},
+        // 12 x (82 + 144 + 48): 3704 bytes.
+        InfoCase{"ThreeBeamsBeamCoordinatesNoBottomTrack", 3, 12, 6, 5000, "beam", "BEAM", 0, "--internal-gps",
+                 false, 12, 1, "2022-02-28 14:00:00", "2022/02/28  14:00:00", "2022/02/28  14:00:11", "3.62 kB"},
+        // 25 x (82 + 640 + 18 + 36 + 48), profiles 2 s apart: 21016 bytes.
+        InfoCase{"FourBeamsXyzShallowWaterPingEcho", 4, 40, 2, 750, "xyz", "XYZ", 2, "--internal-gps", true, 25, 2,
+                 "2021-07-01 06:15:30", "2021/07/01  06:15:30", "2021/07/01  06:16:18", "20.52 kB"},
+        // 10 x (82 + 96 + 18 + 48), 3 s apart into the new year: 2856 bytes.
+        InfoCase{"ThreeBeamsEnuExternalGpsOverMidnight", 3, 8, 5, 1000, "enu", "ENU", 1, "--external-gps", true, 10,
+                 3, "2023-12-31 23:59:50", "2023/12/31  23:59:50", "2024/01/01  00:00:17", "2.79 kB"},
+        // 15 x (82 + 256 + 18): 5756 bytes.
+        InfoCase{"FourBeamsXyzNoGps", 4, 16, 0, 3000, "xyz", "XYZ", 1, "", false, 15, 1, "2020-01-01 00:00:00",
+                 "2020/01/01  00:00:00", "2020/01/01  00:00:14", "5.62 kB"}),
     [](const ::testing::TestParamInfo<InfoCase>& p) { return std::string(p.param.name); });
-
-// The text form carries the dialog's labels and the dumps of the records.
-TEST(InfoText, ShowsDialogFactsAndRecordDumps) {
-    TempDir dir;
-    const SimRecording rec = RecordRiver(dir, "TEXT", {"--profiles", "8", "--cells", "10", "--internal-gps",
-                                                       "--start", "2024-03-09 12:34:56", "--comment", "Left bank start"});
-    const ProcessResult run = RunCli({"info", rec.path});
-    ASSERT_TRUE(run.Exited() && run.exitStatus == 0) << run.Describe();
-    for (const char* label : {"KVR File Information", "GPS Data:", "Echo Sounder Data:", "Bottom Track Data:",
-                              "External Sensor:", "CTD Data:", "Wave Data:", "PC-KVR Data:", "Left bank start",
-                              "2024/03/09  12:34:56", "2024/03/09  12:35:03", "\nSerialNumber -----------------> ",
-                              "\nNo. of Cells -----------------> 10"}) {
-        EXPECT_NE(run.out.find(label), std::string::npos) << "missing: " << label;
-    }
-    // 416 + 8 x (82 + 4 x 10 x 4 + 18 + 48) bytes = 2880 bytes = 2.8125 kB by 1024.
-    EXPECT_NE(run.out.find("2.81 kB"), std::string::npos);
-    // Ten cell lines in the cell table, one per cell.
-    EXPECT_NE(run.out.find("Cell 10 "), std::string::npos);
-    EXPECT_EQ(run.out.find("Cell 11 "), std::string::npos);
-}
 
 // The echo sounder flag comes from the .pmk; a damaged one costs the flag, not the command.
 TEST(InfoPmk, DamagedPmkLeavesEchoSounderOff) {
@@ -163,42 +149,6 @@ TEST(InfoPmk, DamagedPmkLeavesEchoSounderOff) {
 
     std::filesystem::remove(pmk);
     EXPECT_EQ(RunCliJson({"info", rec.path, "--json"})["echo_sounder"], false);
-}
-
-TEST(InfoErrors, MissingFileAndFolderAreBadFiles) {
-    TempDir dir;
-    const ProcessResult missing = RunCli({"info", dir.File("absent.kvr")});
-    ASSERT_TRUE(missing.Exited());
-    EXPECT_EQ(missing.exitStatus, 2);
-    EXPECT_NE(missing.err.find("No such file or directory"), std::string::npos) << missing.err;
-    EXPECT_TRUE(missing.out.empty());
-
-    const ProcessResult folder = RunCli({"info", dir.path(), "--json"});
-    ASSERT_TRUE(folder.Exited());
-    EXPECT_EQ(folder.exitStatus, 2);
-    EXPECT_NE(folder.err.find("Is a directory"), std::string::npos) << folder.err;
-}
-
-TEST(InfoErrors, UsageErrorsExit64) {
-    TempDir dir;
-    const std::string file = dir.File("any.kvr");
-    const std::vector<std::vector<std::string>> cases = {
-        {},                                // no command
-        {"info"},                          // no file
-        {"info", file, file},              // two files
-        {"info", "--bogus", file},         // unknown option
-        {"infos", file},                   // unknown command
-        {"profile", file},                 // no profile number
-        {"profile", file, "seven"},        // profile number not a number
-        {"profile", file, "1", "--what"},  // unknown option
-    };
-    for (const auto& args : cases) {
-        const ProcessResult run = RunCli(args);
-        ASSERT_TRUE(run.Exited()) << run.Describe();
-        EXPECT_EQ(run.exitStatus, 64) << "arguments: " << ::testing::PrintToString(args);
-    }
-    const ProcessResult help = RunCli({"info", "--help"});
-    EXPECT_TRUE(help.Exited() && help.exitStatus == 0) << help.Describe();
 }
 
 }  // namespace

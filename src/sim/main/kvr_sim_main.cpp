@@ -9,35 +9,16 @@
 //
 // Exit status: 0 done, 1 a file or device could not be made, 64 wrong arguments.
 
-#include <cstdio>
-#include <exception>
-
+#include "command_line/subcommand_dispatch.h"
 #include "sim/main/sim_commands.h"
 
 int main(int argc, char** argv) {
     using namespace rm::sim::cli;
     CLI::App app{"kvr-sim: synthetic instruments and recordings for Quorle Ripplemark", "kvr-sim"};
-    app.require_subcommand(1);
     SubcommandRunners runners;
     AddRiverCommand(app, runners);
     AddInstrumentCommand(app, runners);
     AddGpsCommand(app, runners);
     AddEchoCommand(app, runners);
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::CallForHelp& e) {
-        return app.exit(e) == 0 ? kExitOk : kExitUsage;
-    } catch (const CLI::ParseError& e) {
-        app.exit(e);
-        return kExitUsage;
-    }
-    try {
-        for (auto& [sub, run] : runners) {
-            if (sub->parsed()) return run();
-        }
-    } catch (const std::exception& e) {
-        std::fprintf(stderr, "kvr-sim: %s\n", e.what());
-        return kExitFailure;
-    }
-    return kExitUsage;
+    return rm::command_line::RunChosenSubcommand(app, runners, argc, argv, "kvr-sim: ");
 }
