@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "app/live_profile_source.h"
 #include "processing/processing_steps.h"
 
 namespace rm {
@@ -37,6 +38,9 @@ CSurveyKVRDoc::CSurveyKVRDoc(AppSettings& app, UserPrompt& prompt, int mode, Opt
     values_.display.velocityReference = kVelocityRefBottomTrack;
     values_.display.trackReference = kTrackRefBottomTrack;
     state_.live = mode == kModeLive;
+    // A live document has its Discharge settings from the start: the edges are set before the
+    // first profile comes.
+    if (state_.live) CreateDischargeDefaults(DischargeNode(root_));
 }
 
 CSurveyKVRDoc::~CSurveyKVRDoc() { CloseDocument(); }
@@ -89,6 +93,7 @@ void CSurveyKVRDoc::SettingsChanged() {
     SnapshotSettings();
     ProcessingContext ctx = Context();
     if (Mode() == kModeLive || !IsOpen()) {
+        if (live_) live_->SetNumBadBeams(settings_.NumBadBeams);
         ReprocessRing(ctx);
         return;
     }

@@ -10,6 +10,12 @@
 // move forward reads and processes the items up to the target; a move back before the window
 // rebuilds it by processing again from item 1 (ReloadWindow).
 //
+// Live operation (mode 0): StartAcquisition prepares the instrument and starts the 250 ms
+// acquisition tick; every profile that arrives (or is lost) is taken by the same pass as a
+// profile of a file (ProfileSource, ProcessProfile), with the live source of
+// live_profile_source.h, and the discharge tables are refreshed at once. ToggleRecord starts and
+// ends the recording; StopAcquisition takes the instrument out of collecting.
+//
 // Reading errors while loading or playing: "KVR DataFile: Incorrect file format" during the
 // first window, "Incorrect file format" later; the position stays at the last good profile and
 // the state becomes paused. The recomputation after a change of settings absorbs them instead
@@ -30,6 +36,8 @@
 #include "data/product.h"
 #include "data/system_tree.h"
 #include "data/user_prompt.h"
+#include "link/live_acquisition.h"
+#include "link/port_record.h"
 #include "processing/discharge_data.h"
 #include "processing/processing_context.h"
 #include "processing/profile_source.h"
@@ -39,6 +47,22 @@
 namespace rm {
 
 constexpr int kDefaultProfilesHeld = 3000;
+
+class LiveProfileSource;
+
+constexpr const char* kStopCollectionQuestion = "Stop Data Collection?";
+constexpr const char* kCollectionInProgressQuestion = "Data Collection in Progress.\nStop Data Collection?";
+
+// What a live document talks to. The ports and the link state belong to the caller and must
+// outlive the acquisition; GPS and echo sounder ports may be null (device off).
+struct LiveConnection {
+    SerialPortFactory* factory = nullptr;
+    SerialPortRecord* instrument = nullptr;
+    InstrumentLinkState* link = nullptr;
+    SerialPort* gps = nullptr;
+    SerialPort* echo = nullptr;
+    std::string commandLogPath;  // empty: no command log
+};
 
 class CSurveyKVRDoc {
 public:
@@ -64,6 +88,9 @@ public:
     // Otherwise writes the .cfg unless the measurement is locked, stores ShowXAxisAs in the
     // application's General and closes.
     bool OnCloseDocument();
+    // Closing the application: while live data come in, "Data Collection in Progress.\nStop Data
+    // Collection?"; No keeps everything running (false), Yes stops recording and collection.
+    bool CanExitApplication();
     bool IsOpen() const { return data_.IsOpen(); }
 
     // --- the data set ---
@@ -124,7 +151,8 @@ public:
     const PlaybackTransport& Transport() const { return transport_; }
     int Mode() const { return transport_.Mode(); }
     int PlayState() const { return transport_.State(); }
-    std::string StatusText() const { return transport_.Status(); }
+    // The status pane; empty in live mode while no instrument port is open.
+    std::string StatusText() const;
     void Play();
     void Pause();
     void Stop();
@@ -137,6 +165,31 @@ public:
     void SetSpeed(int speedIndex);
     // Timer 1107 in playback: one profile on while running, never beyond the last.
     void PlaybackTick();
+
+    // --- live operation (mode 0) ---
+    // Resets the stored tables, "LeftProfile" and "RightProfile" to 0, RunState 1, and runs
+    // PrepareCollection on the connection's instrument port; the acquisition tick starts when
+    // the instrument collects. False (collection stopped) otherwise.
+    bool StartAcquisition(const LiveConnection& connection);
+    // Timer 1106: one acquisition tick; a profile taken is processed at once.
+    void OnAcquisitionTick();
+    // RunState 1: names and creates the data file and its .pmk, starts the measurement and the
+    // recording. RunState 2: StopRecording. False when no recording started.
+    bool ToggleRecord(const DataFileNameRequest& request);
+    // Ends the file; the far edge is computed and the totals refreshed; collection goes on.
+    void StopRecording();
+    // RunState 0, the timer stops, and the instrument is woken out of collecting.
+    void StopAcquisition();
+    // The count-down of the seconds to the next profile ("%4d"); "--" in playback.
+    std::string CountDownText() const;
+    // The acquisition while live data come in (null before StartAcquisition).
+    const LiveAcquisition* Acquisition() const { return live_.get(); }
+    // Told after every live profile has been processed: its ProfileCount and whether it was good.
+    void SetLiveProfileObserver(std::function<void(int profileCount, bool good)> observer) {
+        liveObserver_ = std::move(observer);
+    }
+    // Header time of the first profile of the live data (of the recording once it runs).
+    const ProfileHeader& FirstProfileHeader() const { return firstProfileHeader_; }
 
 private:
     bool OpenSteps(const std::string& path, const LoadFields& load);
@@ -151,6 +204,15 @@ private:
     void ReadFailed(int lastGood, bool firstPass);
     void PrepareMove();
     void SplitPath(const std::string& path);
+    // Live glue (survey_document_live.cpp).
+    void TakeLiveProfile(int profileCount, bool good);
+    void TakeLiveItem(int item, bool good);
+    void BeginLiveTables();
+    void ResetRunningSums();
+    void SetFarBankProfile(int profileCount);
+    void EndOfRecordingTables();
+    void SyncLiveState();
+    LiveDeviceSettings LiveDevices() const;
 
     AppSettings& app_;
     UserPrompt& prompt_;
@@ -180,6 +242,13 @@ private:
     double velocityScale_ = 1.0;
     double declination_ = 0.0;
     bool rebuildOnPlay_ = false;  // Stop was pressed: the next Play rebuilds the data
+
+    LiveConnection connection_;
+    std::unique_ptr<LiveAcquisition> live_;
+    std::unique_ptr<LiveProfileSource> liveSource_;
+    std::function<void(int, bool)> liveObserver_;
+    int lastLiveItem_ = 0;  // the last ProfileCount taken into the tables
+    ProfileHeader firstProfileHeader_;
 };
 
 }  // namespace rm

@@ -155,8 +155,8 @@ void CSurveyKVRDoc::CloseDocument() {
 bool CSurveyKVRDoc::OnCloseDocument() {
     const int state = transport_.State();
     if (Mode() == kModeLive && (state == kStateRunning || state == kStateRecording)) {
-        if (!prompt_.AskYesNo("Stop Data Collection?")) return false;
-        Stop();
+        if (!prompt_.AskYesNo(kStopCollectionQuestion)) return false;
+        StopAcquisition();
     }
     if (Mode() == kModePlayback && !path_.empty() && !values_.fileIsLocked) SaveSideFile();
     app_.General().SetValue("ShowXAxisAs", Variant(values_.display.showXAxisAs));

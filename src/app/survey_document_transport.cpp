@@ -32,6 +32,11 @@ void CSurveyKVRDoc::Pause() {
 }
 
 void CSurveyKVRDoc::Stop() {
+    if (Mode() == kModeLive) {
+        // Stop is not offered while recording; otherwise it ends the collection.
+        if (transport_.State() != kStateRecording) StopAcquisition();
+        return;
+    }
     transport_.SetState(kStateStopped);
     transport_.KillTimer();
     if (Mode() == kModePlayback) rebuildOnPlay_ = true;

@@ -3,7 +3,6 @@
 
 #include "cli/command.h"
 #include "cli/link_commands.h"
-#include "link/posix_serial_port.h"
 
 #include <iostream>
 #include <memory>
@@ -25,9 +24,9 @@ const CommandRegistration registration{Command{
             ->capture_default_str();
         sub.add_flag("--internal-gps", choices->internalGps, "Check the instrument's internal GPS as well");
         return [choices] {
-            PosixSerialPortFactory factory;
-            CommandPrompt prompt(std::cerr);
-            return RunCheckCommand(factory, *choices, prompt, std::cout);
+            return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                return RunCheckCommand(factory, *choices, prompt, std::cout);
+            });
         };
     }}};
 

@@ -2,7 +2,6 @@
 
 #include "cli/command.h"
 #include "cli/link_commands.h"
-#include "link/posix_serial_port.h"
 
 #include <iostream>
 #include <memory>
@@ -20,13 +19,12 @@ const CommandRegistration registration{Command{
     "Show the instrument's clock, or set it to the computer's time",
     [](CLI::App& sub) -> std::function<int()> {
         auto choices = std::make_shared<ClockChoices>();
-        sub.add_option("--port", choices->port.path, "Device path of the instrument's port")->required();
-        sub.add_option("--baud", choices->port.baud, "Baud rate")->capture_default_str();
+        AddInstrumentPortOptions(sub, choices->port);
         sub.add_flag("--set-now", choices->setNow, "Set the instrument's clock to the computer's time first");
         return [choices] {
-            PosixSerialPortFactory factory;
-            CommandPrompt prompt(std::cerr);
-            return RunClockCommand(factory, choices->port, choices->setNow, prompt, std::cout);
+            return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                return RunClockCommand(factory, choices->port, choices->setNow, prompt, std::cout);
+            });
         };
     }}};
 

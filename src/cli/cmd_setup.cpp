@@ -4,7 +4,6 @@
 #include "app/app_settings.h"
 #include "cli/command.h"
 #include "cli/link_commands.h"
-#include "link/posix_serial_port.h"
 
 #include <iostream>
 #include <memory>
@@ -17,8 +16,7 @@ const CommandRegistration registration{Command{
     "Read the instrument's user setup, apply checked changes or a saved configuration, and send it back",
     [](CLI::App& sub) -> std::function<int()> {
         auto choices = std::make_shared<SetupChoices>();
-        sub.add_option("--port", choices->instrument.path, "Device path of the instrument's port")->required();
-        sub.add_option("--baud", choices->instrument.baud, "Baud rate")->capture_default_str();
+        AddInstrumentPortOptions(sub, choices->instrument);
         sub.add_option("--set", choices->assignments, "A change, e.g. Setup/NumberOfCells=20 (repeatable)");
         auto* save = sub.add_option("--save-config", choices->saveConfig, "Save the resulting setup under NAME");
         auto* load = sub.add_option("--load-config", choices->loadConfig, "Load the saved configuration NAME first");
@@ -27,9 +25,9 @@ const CommandRegistration registration{Command{
                        "Folder of saved configurations (default: the recording folder)");
         return [choices] {
             if (choices->configFolder.empty()) choices->configFolder = AppSettings().DataFolder();
-            PosixSerialPortFactory factory;
-            CommandPrompt prompt(std::cerr);
-            return RunSetupCommand(factory, *choices, prompt, std::cout);
+            return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                return RunSetupCommand(factory, *choices, prompt, std::cout);
+            });
         };
     }}};
 

@@ -4,7 +4,6 @@
 #include "app/app_settings.h"
 #include "cli/command.h"
 #include "cli/link_commands.h"
-#include "link/posix_serial_port.h"
 
 #include <iostream>
 #include <memory>
@@ -17,16 +16,15 @@ const CommandRegistration registration{Command{
     "Run the instrument's system test and keep its log",
     [](CLI::App& sub) -> std::function<int()> {
         auto choices = std::make_shared<SystemTestChoices>();
-        sub.add_option("--port", choices->instrument.path, "Device path of the instrument's port")->required();
-        sub.add_option("--baud", choices->instrument.baud, "Baud rate")->capture_default_str();
+        AddInstrumentPortOptions(sub, choices->instrument);
         sub.add_option("--log-dir", choices->logFolder, "Folder of the test log (default: the recording folder)");
         sub.add_option("--deployment", choices->deploymentName,
                        "Name of the log (default: the instrument's deployment name)");
         return [choices] {
             if (choices->logFolder.empty()) choices->logFolder = AppSettings().DataFolder();
-            PosixSerialPortFactory factory;
-            CommandPrompt prompt(std::cerr);
-            return RunSystemTestCommand(factory, *choices, prompt, std::cout);
+            return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                return RunSystemTestCommand(factory, *choices, prompt, std::cout);
+            });
         };
     }}};
 

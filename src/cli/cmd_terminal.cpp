@@ -6,7 +6,6 @@
 #include "cli/command.h"
 #include "cli/console_input.h"
 #include "cli/link_commands.h"
-#include "link/posix_serial_port.h"
 
 #include <iostream>
 #include <memory>
@@ -19,14 +18,13 @@ const CommandRegistration registration{Command{
     "Raw terminal on the instrument's port (Ctrl-] leaves, Ctrl-B sends a break)",
     [](CLI::App& sub) -> std::function<int()> {
         auto port = std::make_shared<PortChoice>();
-        sub.add_option("--port", port->path, "Device path of the instrument's port")->required();
-        sub.add_option("--baud", port->baud, "Baud rate")->capture_default_str();
+        AddInstrumentPortOptions(sub, *port);
         return [port] {
-            PosixSerialPortFactory factory;
-            CommandPrompt prompt(std::cerr);
             ConsoleInput keyboard;
             if (keyboard.IsRaw()) std::cerr << "Connected to " << port->path << ". Ctrl-] leaves.\r\n";
-            return RunTerminalCommand(factory, *port, keyboard, prompt, std::cout);
+            return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                return RunTerminalCommand(factory, *port, keyboard, prompt, std::cout);
+            });
         };
     }}};
 

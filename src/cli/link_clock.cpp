@@ -21,12 +21,8 @@ std::string ClockText(const ClockTime& t) {
 
 int RunClockCommand(SerialPortFactory& factory, const PortChoice& choice, bool setNow, UserPrompt& prompt,
                     std::ostream& out) {
-    std::string error;
-    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choice.path, choice.baud, error);
-    if (!port) {
-        prompt.Message(error);
-        return kExitFailure;
-    }
+    std::unique_ptr<SerialPort> port = OpenChosenPort(factory, choice, prompt);
+    if (!port) return kExitFailure;
     PromptDialogue dialogue(*port, prompt, "");
     if (setNow && !SetInstrumentClock(dialogue, ComputerClockTime(std::time(nullptr)))) return kExitFailure;
     ClockTime instrument;

@@ -12,11 +12,6 @@
 
 namespace rm::cli {
 
-struct PortChoice {
-    std::string path;  // empty: none chosen
-    int baud = kDefaultInstrumentBaud;
-};
-
 // Finds the instrument on the port: prints the finding lines and the result text. Exit 0 only
 // for a KVR or a Hullstar.
 int RunWakeCommand(SerialPortFactory& factory, const PortChoice& port, UserPrompt& prompt, std::ostream& out);

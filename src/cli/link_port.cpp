@@ -1,6 +1,11 @@
 #include "cli/link_port.h"
 
 #include "link/port_record.h"
+#include "link/posix_serial_port.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
 
 namespace rm::cli {
 
@@ -13,6 +18,24 @@ std::unique_ptr<SerialPort> OpenLinkPort(SerialPortFactory& factory, const std::
     error = "Cannot open port " + path + (reason.empty() ? std::string() : ": " + reason);
     if (port) port->Close();
     return nullptr;
+}
+
+void AddInstrumentPortOptions(CLI::App& sub, PortChoice& port) {
+    sub.add_option("--port", port.path, "Device path of the instrument's port")->required();
+    sub.add_option("--baud", port.baud, "Baud rate")->capture_default_str();
+}
+
+int RunOnSerialPorts(const std::function<int(SerialPortFactory&, UserPrompt&)>& command) {
+    PosixSerialPortFactory factory;
+    CommandPrompt prompt(std::cerr);
+    return command(factory, prompt);
+}
+
+std::unique_ptr<SerialPort> OpenChosenPort(SerialPortFactory& factory, const PortChoice& choice, UserPrompt& prompt) {
+    std::string error;
+    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choice.path, choice.baud, error);
+    if (!port) prompt.Message(error);
+    return port;
 }
 
 std::string TerminalLineEnds(const std::string& text) {

@@ -7,14 +7,33 @@
 #include "link/logged_reads.h"
 #include "link/serial_port.h"
 
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
+
+namespace CLI {
+class App;
+}
 
 namespace rm::cli {
 
 constexpr int kDefaultInstrumentBaud = 9600;
 constexpr int kDefaultNmeaBaud = 4800;
+
+struct PortChoice {
+    std::string path;  // empty: none chosen
+    int baud = kDefaultInstrumentBaud;
+};
+
+// Adds the required --port and the --baud option of the instrument's port to a command.
+void AddInstrumentPortOptions(CLI::App& sub, PortChoice& port);
+
+// Runs a link command on the machine's serial ports, with the link's messages on stderr.
+int RunOnSerialPorts(const std::function<int(SerialPortFactory&, UserPrompt&)>& command);
+
+// Opens the chosen port; when it cannot be had, tells why through `prompt` and gives null.
+std::unique_ptr<SerialPort> OpenChosenPort(SerialPortFactory& factory, const PortChoice& choice, UserPrompt& prompt);
 
 // Opens `path` at `baud`, no parity, 8 data bits, 1 stop bit, with the system's buffer size.
 // Null with `error` set when the port cannot be had.

@@ -8,11 +8,13 @@
 #include "cli/measurement_output.h"
 #include "cli/processing_session.h"
 #include "cli/record_command.h"
-#include "link/live_acquisition.h"
+#include "app/settings_path.h"
+#include "app/survey_document.h"
 #include "link/port_record.h"
 #include "link/prepare_collection.h"
 #include "link/prompt_dialogue.h"
 #include "link/user_setup_retrieval.h"
+#include "processing/display_units.h"
 
 namespace rm::cli {
 
@@ -46,9 +48,13 @@ bool OpenNmeaPort(SerialPortFactory& factory, const PortChoice& choice, std::uni
     return port != nullptr;
 }
 
-// Reads the setup and starts the instrument collecting; false after the message.
-bool StartInstrument(SerialPortFactory& factory, const RecordChoices& choices, RecordPorts& ports, CKvrData& kvr,
-                     InstrumentLinkState& link, UserPrompt& prompt) {
+std::vector<std::string> EdgeAssignments(const RecordChoices& c, int written);
+
+// Opens the instrument's port and reads its setup into the document's records; then the GPS
+// choice: an external receiver on the command line, otherwise the instrument's own receiver when
+// its setup uses it. False after the message.
+bool ReadInstrumentSetup(SerialPortFactory& factory, const RecordChoices& choices, RecordPorts& ports,
+                         CKvrData& kvr, InstrumentLinkState& link, UserPrompt& prompt) {
     ports.instrument.PortPath = choices.instrument.path;
     ports.instrument.BaudRate = choices.instrument.baud;
     if (ReopenPortRecord(factory, ports.instrument) != 1 || !ports.instrument.Port) {
@@ -63,8 +69,6 @@ bool StartInstrument(SerialPortFactory& factory, const RecordChoices& choices, R
             return false;
         }
     }
-    // An external receiver on the command line; otherwise the instrument's own receiver when its
-    // setup uses it.
     if (!choices.gps.path.empty()) {
         link.GpsOn = true;
         link.GpsSource = kGpsSourceExternal;
@@ -72,19 +76,19 @@ bool StartInstrument(SerialPortFactory& factory, const RecordChoices& choices, R
         link.GpsOn = true;
         link.GpsSource = kGpsSourceInternal;
     }
-    return PrepareCollection(factory, ports.instrument, prompt, kvr, link, "") == kPrepareStarted;
+    return true;
 }
 
 // Runs the 250 ms tick on the instrument port's clock until the job's end; false when the
 // recording stopped by itself (a disk failure).
-bool RunTicks(LiveAcquisition& acquisition, SerialPort& clock, const RecordChoices& choices) {
+bool RunTicks(CSurveyKVRDoc& doc, SerialPort& clock, const RecordChoices& choices) {
     const uint32_t start = clock.TickMs();
     uint32_t next = start;
     for (;;) {
-        acquisition.OnAcquisitionTick();
-        if (acquisition.RunState() != kRunRecording) return false;
+        doc.OnAcquisitionTick();
+        if (doc.PlayState() != kStateRecording) return false;
         if (gRecordInterrupted) return true;
-        if (choices.profiles > 0 && acquisition.ProfilesWritten() >= choices.profiles) return true;
+        if (choices.profiles > 0 && doc.Acquisition()->ProfilesWritten() >= choices.profiles) return true;
         const uint32_t now = clock.TickMs();
         if (choices.seconds > 0 && TicksSince(start, now) >= static_cast<uint32_t>(choices.seconds * 1000.0))
             return true;
@@ -93,6 +97,30 @@ bool RunTicks(LiveAcquisition& acquisition, SerialPort& clock, const RecordChoic
         if (static_cast<int32_t>(next - now) <= 0) next = now + 1;
         clock.SleepMs(next - now);
     }
+}
+
+// One line per profile on stderr while recording: its number, good or lost, and the running
+// total discharge, so that the flow can be watched as it comes.
+void PrintProgress(const CSurveyKVRDoc& doc, int profileCount, bool good) {
+    if (doc.PlayState() != kStateRecording) return;
+    const int units = doc.Settings().UnitSystem;
+    std::fprintf(stderr, "Profile %d %s  total discharge %.4f %s\n", profileCount, good ? "good" : "lost",
+                 ToDisplayUnits(doc.Measurement().TotalDischarge, Quantity::Discharge, units),
+                 units == 1 ? "m^3/s" : "ft^3/s");
+}
+
+// The command line's edges for the live document; the bank profiles are set as profiles come.
+bool SetLiveEdges(const RecordChoices& c, CSurveyKVRDoc& doc, UserPrompt& prompt) {
+    for (const std::string& assignment : EdgeAssignments(c, 1)) {
+        if (assignment.rfind("Discharge/LeftProfile=", 0) == 0 || assignment.rfind("Discharge/RightProfile=", 0) == 0)
+            continue;
+        const SettingAssignment result = AssignSetting(doc.Root(), assignment);
+        if (!result.ok) {
+            prompt.Message(result.message);
+            return false;
+        }
+    }
+    return true;
 }
 
 std::vector<std::string> EdgeAssignments(const RecordChoices& c, int written) {
@@ -119,8 +147,9 @@ std::vector<std::string> EdgeAssignments(const RecordChoices& c, int written) {
 }
 
 // Processes the recording with the edges of the command line, writes its .cfg and prints the
-// measurement.
-int ReportMeasurement(const RecordChoices& choices, const std::string& dataPath, int written, std::ostream& out) {
+// measurement; with --json also the total the live document reached (`liveTotal`, m3/s).
+int ReportMeasurement(const RecordChoices& choices, const std::string& dataPath, int written, double liveTotal,
+                      std::ostream& out) {
     ProcessingOptions options;
     options.path = dataPath;
     options.sets = EdgeAssignments(choices, written);
@@ -141,6 +170,7 @@ int ReportMeasurement(const RecordChoices& choices, const std::string& dataPath,
         nlohmann::json result = MeasurementJson(doc);
         result["files"] = files;
         result["profilesWritten"] = written;
+        result["liveTotalDischarge"] = liveTotal;
         std::fflush(stdout);
         std::ostringstream text;
         text << result.dump(2) << "\n";
@@ -168,48 +198,41 @@ int RunRecordCommand(SerialPortFactory& factory, const RecordChoices& choices, U
     RecordPorts ports;
     if (!OpenNmeaPort(factory, choices.gps, ports.gps, prompt) || !OpenNmeaPort(factory, choices.echo, ports.echo, prompt))
         return kExitFailure;
-    CKvrData kvr;
-    kvr.SetPrompt(&prompt);
+    AppSettings app{UserFolders{}};
+    CSurveyKVRDoc doc(app, prompt, kModeLive);
     InstrumentLinkState link;
-    if (!StartInstrument(factory, choices, ports, kvr, link, prompt)) return kExitFailure;
+    if (!ReadInstrumentSetup(factory, choices, ports, doc.Data(), link, prompt)) return kExitFailure;
+    if (!SetLiveEdges(choices, doc, prompt)) return kExitUsage;
 
-    LiveAcquisition acquisition(kvr, link, prompt);
-    acquisition.SetInstrumentPort(ports.instrument.Port.get());
-    acquisition.SetGpsPort(ports.gps.get());
-    acquisition.SetEchoPort(ports.echo.get());
-    LiveDeviceSettings devices;
-    devices.echoOn = ports.echo != nullptr;
-    devices.startBankSide = choices.startBank;
-    acquisition.SetDevices(devices);
-    PromptDialogue dialogue(*ports.instrument.Port, prompt, "");
-    if (!acquisition.BeginCollection()) {
-        acquisition.StopAcquisition(&dialogue);
-        return kExitFailure;
-    }
+    LiveConnection connection;
+    connection.factory = &factory;
+    connection.instrument = &ports.instrument;
+    connection.link = &link;
+    connection.gps = ports.gps.get();
+    connection.echo = ports.echo.get();
+    if (!doc.StartAcquisition(connection)) return kExitFailure;
+    doc.SetLiveProfileObserver([&doc](int count, bool good) { PrintProgress(doc, count, good); });
 
     DataFileNameRequest request;
     request.directory = choices.directory;
-    request.deploymentName = choices.name.empty() ? kvr.user.DeploymentName : choices.name;
+    request.deploymentName = choices.name.empty() ? doc.Data().user.DeploymentName : choices.name;
     request.naming = choices.name.empty() ? FileNaming::Numbered : FileNaming::Plain;
-    PmkSettings pmk;
-    pmk.gpsPresent = link.GpsOn && link.GpsSource == kGpsSourceExternal ? 1 : 0;
-    pmk.echoSounderPresent = devices.echoOn ? 1 : 0;
-    if (!acquisition.ToggleRecord(request, pmk)) {
+    if (!doc.ToggleRecord(request)) {
         prompt.Message("Nothing was recorded.");
-        if (acquisition.RunState() != kRunStopped) acquisition.StopAcquisition(&dialogue);
+        doc.StopAcquisition();
         return kExitFailure;
     }
 
-    const bool finished = RunTicks(acquisition, *ports.instrument.Port, choices);
-    acquisition.StopRecording();
-    acquisition.StopAcquisition(&dialogue);
-    const std::string dataPath = acquisition.DataPath();
-    const int written = acquisition.ProfilesWritten();
+    const bool finished = RunTicks(doc, *ports.instrument.Port, choices);
+    doc.StopRecording();
+    doc.StopAcquisition();
+    const std::string dataPath = doc.Acquisition()->DataPath();
+    const int written = doc.Acquisition()->ProfilesWritten();
     if (written == 0) {
         prompt.Message("No profile was recorded to " + dataPath);
         return kExitFailure;
     }
-    const int reported = ReportMeasurement(choices, dataPath, written, out);
+    const int reported = ReportMeasurement(choices, dataPath, written, doc.Measurement().TotalDischarge, out);
     if (!finished) return kExitFailure;
     return reported;
 }

@@ -49,12 +49,8 @@ bool ApplyChoices(const SetupChoices& choices, const NodeRef& system, UserPrompt
 }  // namespace
 
 int RunSetupCommand(SerialPortFactory& factory, const SetupChoices& choices, UserPrompt& prompt, std::ostream& out) {
-    std::string error;
-    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choices.instrument.path, choices.instrument.baud, error);
-    if (!port) {
-        prompt.Message(error);
-        return kExitFailure;
-    }
+    std::unique_ptr<SerialPort> port = OpenChosenPort(factory, choices.instrument, prompt);
+    if (!port) return kExitFailure;
     PromptDialogue dialogue(*port, prompt, "");
     CKvrData kvr;
     InstrumentLinkState state;

@@ -10,12 +10,8 @@ namespace rm::cli {
 
 int RunSystemTestCommand(SerialPortFactory& factory, const SystemTestChoices& choices, UserPrompt& prompt,
                          std::ostream& out) {
-    std::string error;
-    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choices.instrument.path, choices.instrument.baud, error);
-    if (!port) {
-        prompt.Message(error);
-        return kExitFailure;
-    }
+    std::unique_ptr<SerialPort> port = OpenChosenPort(factory, choices.instrument, prompt);
+    if (!port) return kExitFailure;
     PromptDialogue dialogue(*port, prompt, "");
     if (!WakeResultIsKvr(WakeAndReport(dialogue, nullptr))) {
         prompt.Message(kWakeupErrorText);

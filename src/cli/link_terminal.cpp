@@ -6,12 +6,8 @@ namespace rm::cli {
 
 int RunTerminalCommand(SerialPortFactory& factory, const PortChoice& choice, TerminalInput& input, UserPrompt& prompt,
                        std::ostream& out) {
-    std::string error;
-    std::unique_ptr<SerialPort> port = OpenLinkPort(factory, choice.path, choice.baud, error);
-    if (!port) {
-        prompt.Message(error);
-        return kExitFailure;
-    }
+    std::unique_ptr<SerialPort> port = OpenChosenPort(factory, choice, prompt);
+    if (!port) return kExitFailure;
     StreamWindow screen(out);
     const int result = RunTerminal(*port, input, screen);
     out.flush();

@@ -17,7 +17,9 @@ LiveAcquisition::LiveAcquisition(CKvrData& kvr, InstrumentLinkState& link, UserP
       prompt_(prompt),
       gps_(MakeGpsPortReader()),
       echo_(MakeEchoPortReader(EchoSounderSettings{})),
-      ring_(static_cast<size_t>(ringSize < 1 ? 1 : ringSize)) {}
+      ring_(static_cast<size_t>(ringSize < 1 ? 1 : ringSize)) {
+    kvr_.SetCacheCapacity(RingSize());
+}
 
 void LiveAcquisition::SetDevices(const LiveDeviceSettings& devices) {
     devices_ = devices;
@@ -54,16 +56,17 @@ bool LiveAcquisition::BeginCollection() {
         prompt_.Message(kAcquisitionErrorText);
         return false;
     }
-    for (LiveSlot& slot : ring_) {
-        slot = LiveSlot{};
-        slot.record.Resize(frameLayout_.cells, frameLayout_.beams);
+    for (int i = 0; i < RingSize(); ++i) {
+        ring_[static_cast<size_t>(i)] = LiveSlot{};
+        ProfileRecord& record = kvr_.Slot(i);
+        record = ProfileRecord{};
+        record.Resize(frameLayout_.cells, frameLayout_.beams);
     }
     frame_.assign(static_cast<size_t>(link_.Sizes.ProfileSize), 0);
     runState_ = kRunReady;
     profileCount_ = 0;
     profileNumberOffset_ = 0;
     overdueTicks_ = 0;
-    leftProfile_ = rightProfile_ = 0;
     lastFix_ = GpsFix{};
     firstPosition_ = GpsFix{};
     tickReload_ = static_cast<int>(IntervalSeconds() * 4.0);
@@ -119,13 +122,6 @@ void LiveAcquisition::ProcessNextProfile(bool withData) {
     } else {
         result = ReadLiveProfile();
     }
-    if (runState_ == kRunRecording) {
-        // The last profile taken stands as the far bank's profile.
-        if (devices_.startBankSide == 0 || devices_.startBankSide == -1)
-            rightProfile_ = profileCount_;
-        else
-            leftProfile_ = profileCount_;
-    }
     if (result == kFrameWave) return;  // a wave burst is not a profile
     if (result != kFrameProfile || profileCount_ < 1) {
         if (profileCount_ > 0) {
@@ -161,7 +157,6 @@ bool LiveAcquisition::ToggleRecord(const DataFileNameRequest& request, const Pmk
     profileCount_ = 0;
     profileNumberOffset_ = lastProfileNumber_;
     profilesWritten_ = 0;
-    leftProfile_ = rightProfile_ = 0;
     gps_.SetRecordingDataFile(path);
     echo_.SetRecordingDataFile(path);
     // The last GPS position becomes the first position of the track.

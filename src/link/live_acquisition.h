@@ -8,8 +8,14 @@
 // time is counted as lost. Recording starts and stops with ToggleRecord; the instrument goes
 // on sending until StopAcquisition.
 //
+// The ring is the raw-profile ring of the CKvrData it is given (the one the processing reads):
+// profile n goes into CKvrData::Slot((n - 1) modulo the ring size); beside it a ring of flags
+// says what the slot holds. The bad-beam rule ("NumBadBeams") holds a bad bottom-track ensemble
+// on the raw record as the frame is read, before it is stored or written.
+//
 // The processing of a profile is not done here: the owner hands in a ProfileHandler that is
-// called for every profile taken (good or lost), with the ring slot.
+// called for every profile taken (good or lost), and a RenumberHandler for a restart of the
+// instrument's numbering, since the running sums are the owner's.
 
 #include <cstdint>
 #include <functional>
@@ -69,10 +75,9 @@ constexpr double kPositionSentinel = 32767.0;
 constexpr const char* kUnableToRecordText = "Error - Unable to record to data file ";
 constexpr const char* kCanNotWriteOutputText = "Can not write output file";
 
-// One profile of the ring: the record as the frame gave it, its quality and what the GPS and
+// What the ring slot of a profile holds besides its record: its quality and what the GPS and
 // echo sounder added.
 struct LiveSlot {
-    ProfileRecord record;
     int quality = kSlotEmpty;
     int gpsFlag = kSlotEmpty;
     int echoFlag = kSlotEmpty;
@@ -83,22 +88,29 @@ struct LiveSlot {
 struct LiveDeviceSettings {
     bool echoOn = false;
     EchoSounderSettings echo;
-    // "CorrectedStartBankSide": 0 or -1 left bank, 1 right bank.
-    int startBankSide = 0;
+    // "NumBadBeams": bottom-track beams that may be bad before the ensemble is held.
+    int numBadBeams = 0;
 };
 
 class LiveAcquisition {
 public:
-    // Called for every profile taken: its ProfileCount, its ring slot, and whether it is good.
+    // Called for every profile taken: its ProfileCount, the flags of its slot (the record is
+    // Record(profileCount)), and whether it is good.
     using ProfileHandler = std::function<void(int profileCount, const LiveSlot& slot, bool good)>;
+    // Called when a frame numbered 1 comes while profiles were counted: the instrument restarted.
+    using RenumberHandler = std::function<void()>;
 
+    // Sets the ring size of `kvr` (its cache capacity) to `ringSize`.
     LiveAcquisition(CKvrData& kvr, InstrumentLinkState& link, UserPrompt& prompt, int ringSize = 3000);
 
     void SetInstrumentPort(SerialPort* port) { instrument_ = port; }
     void SetGpsPort(SerialPort* port) { gpsPort_ = port; }
     void SetEchoPort(SerialPort* port) { echoPort_ = port; }
     void SetDevices(const LiveDeviceSettings& devices);
+    // A change of "NumBadBeams" while frames come in.
+    void SetNumBadBeams(int numBadBeams) { devices_.numBadBeams = numBadBeams; }
     void SetProfileHandler(ProfileHandler handler) { handler_ = std::move(handler); }
+    void SetRenumberHandler(RenumberHandler handler) { renumbered_ = std::move(handler); }
 
     // After a good PrepareCollection: sizes the ring for the setup, RunState 1, counters at a
     // full interval. False (with a message) when the setup's frame size is not what the
@@ -137,12 +149,14 @@ public:
     // Records written to the data file since the recording began.
     int ProfilesWritten() const { return profilesWritten_; }
     int Renumberings() const { return renumberings_; }
+    // The wave burst read last (its header zeroed after a failed wave frame).
+    const WaveBurst& Wave() const { return wave_; }
     const std::string& DataPath() const { return dataPath_; }
     const std::string& PmkPath() const { return pmk_.Path(); }
-    int LeftProfile() const { return leftProfile_; }
-    int RightProfile() const { return rightProfile_; }
     int RingSize() const { return static_cast<int>(ring_.size()); }
     const LiveSlot& Slot(int profileCount) const { return ring_[SlotIndex(profileCount)]; }
+    // The record of profile `profileCount` in the CKvrData ring.
+    const ProfileRecord& Record(int profileCount) const { return kvr_.Slot(static_cast<int>(SlotIndex(profileCount))); }
     const GpsFix& FirstPosition() const { return firstPosition_; }
     const NmeaPortReader& GpsReader() const { return gps_; }
     const NmeaPortReader& EchoReader() const { return echo_; }
@@ -150,13 +164,15 @@ public:
 private:
     size_t SlotIndex(int profileCount) const;
     LiveSlot& Current() { return ring_[SlotIndex(profileCount_)]; }
+    ProfileRecord& CurrentRecord() { return kvr_.Slot(static_cast<int>(SlotIndex(profileCount_))); }
+    void HoldBadBottomTrack();
     bool WaitForBytes(int count, int rounds);
     void Renumber();
     bool ExternalGps() const { return link_.GpsOn && link_.GpsSource == kGpsSourceExternal; }
     bool InternalGps() const { return link_.GpsOn && link_.GpsSource == kGpsSourceInternal; }
-    void AddGps(LiveSlot& slot, const NodeRef& node);
-    void AddEchoDepth(LiveSlot& slot, const NodeRef& node);
-    void WriteProfile(LiveSlot& slot, const NodeRef& node);
+    void AddGps(LiveSlot& slot, ProfileRecord& record, const NodeRef& node);
+    void AddEchoDepth(LiveSlot& slot, const ProfileRecord& record, const NodeRef& node);
+    void WriteProfile(const ProfileRecord& record, const NodeRef& node);
     void WriteWave();
     bool AppendToDataFile(const std::function<bool()>& write);
     void MarkLostSlot();
@@ -171,6 +187,7 @@ private:
     NmeaPortReader gps_;
     NmeaPortReader echo_;
     ProfileHandler handler_;
+    RenumberHandler renumbered_;
 
     ProfileLayout frameLayout_;
     std::vector<LiveSlot> ring_;
@@ -190,8 +207,6 @@ private:
 
     GpsFix lastFix_;        // the fix of the previous profile
     GpsFix firstPosition_;  // the first position of the track
-    int leftProfile_ = 0;
-    int rightProfile_ = 0;
 
     std::string dataPath_;
     PmkWriter pmk_;

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "data/bottom_track_block.h"
 #include "data/byte_io.h"
 #include "link/live_acquisition.h"
 #include "link/profile_sizes.h"
@@ -94,8 +95,8 @@ int LiveAcquisition::ReadProfileFrame() {
     const size_t checked = frame_.size() - kChecksumSize;
     if (RecordChecksum(frame_.data(), checked) != reader.u16(checked)) return kFrameNothing;
 
-    LiveSlot& slot = Current();
-    DecodeProfileRecord(frame_.data(), frameLayout_, BlockOrder::Frame, false, slot.record);
+    DecodeProfileRecord(frame_.data(), frameLayout_, BlockOrder::Frame, false, CurrentRecord());
+    HoldBadBottomTrack();
     lastProfileNumber_ = number;
     return kFrameProfile;
 }
@@ -124,9 +125,16 @@ int LiveAcquisition::ReadWaveFrame() {
     return result;
 }
 
+void LiveAcquisition::HoldBadBottomTrack() {
+    if (link_.BottomTrackMode == 0) return;
+    // The previous profile's slot, unless the ring is a single slot (then it is this one).
+    const ProfileRecord* previous = profileCount_ > 1 && RingSize() > 1 ? &Record(profileCount_ - 1) : nullptr;
+    rm::HoldBadBottomTrack(CurrentRecord(), previous, devices_.numBadBeams);
+}
+
 void LiveAcquisition::FillBadProfile() {
     if (profileCount_ <= 0) return;
-    ProfileRecord& record = Current().record;
+    ProfileRecord& record = CurrentRecord();
     record.header = ProfileHeader{};
     record.header.heading = record.header.pitch = record.header.roll = kBadVelocity;
     ByteWriter header(record.header.raw.data(), record.header.raw.size());
@@ -161,6 +169,7 @@ void LiveAcquisition::Renumber() {
     lastFix_.Latitude = lastFix_.Longitude = kPositionSentinel;
     firstPosition_ = GpsFix{};
     firstPosition_.Latitude = firstPosition_.Longitude = kPositionSentinel;
+    if (renumbered_) renumbered_();
 }
 
 }  // namespace rm

@@ -33,26 +33,25 @@ int LiveAcquisition::ReadLiveProfile() {
     const int result = ReadFrame();
     const bool collecting = runState_ == kRunReady || runState_ == kRunRecording;
     if (profileCount_ >= 1 && collecting) {
-        LiveSlot& slot = Current();
-        if (link_.GpsOn) AddGps(slot, node);
-        if (devices_.echoOn) AddEchoDepth(slot, node);
+        if (link_.GpsOn) AddGps(Current(), CurrentRecord(), node);
+        if (devices_.echoOn) AddEchoDepth(Current(), CurrentRecord(), node);
     }
     if (result == kFrameProfile) {
-        LiveSlot& slot = Current();
+        ProfileRecord& record = CurrentRecord();
         if (ExternalGps()) {
             // The GPS block is added to the record on disk: header bit 1 and the larger size.
-            slot.record.hasGps = true;
-            slot.record.header.flags = static_cast<uint8_t>(slot.record.header.flags | 0x02);
-            slot.record.header.size = kHeaderSizeWithGps;
+            record.hasGps = true;
+            record.header.flags = static_cast<uint8_t>(record.header.flags | 0x02);
+            record.header.size = kHeaderSizeWithGps;
         }
-        if (runState_ == kRunRecording) WriteProfile(slot, node);
+        if (runState_ == kRunRecording) WriteProfile(record, node);
     } else if (result == kFrameWave && runState_ == kRunRecording) {
         WriteWave();
     }
     return result;
 }
 
-void LiveAcquisition::AddGps(LiveSlot& slot, const NodeRef& node) {
+void LiveAcquisition::AddGps(LiveSlot& slot, ProfileRecord& record, const NodeRef& node) {
     if (InternalGps()) {
         slot.gpsFlag = kSlotGood;
         return;
@@ -66,15 +65,15 @@ void LiveAcquisition::AddGps(LiveSlot& slot, const NodeRef& node) {
         // The slot holds the position at the profile's start (the last fix, or the new one for
         // the first profile) and at its end.
         const GpsFix& start = (profileCount_ == 1 || lastFix_.Time < 0.0) ? fix : lastFix_;
-        slot.record.gps = GpsBlock{start.Time, start.Latitude, start.Longitude, fix.Time, fix.Latitude, fix.Longitude};
+        record.gps = GpsBlock{start.Time, start.Latitude, start.Longitude, fix.Time, fix.Latitude, fix.Longitude};
         lastFix_ = fix;
     }
     StoreProfileSentences(node, sentences, NodeRef());
 }
 
-void LiveAcquisition::AddEchoDepth(LiveSlot& slot, const NodeRef& node) {
+void LiveAcquisition::AddEchoDepth(LiveSlot& slot, const ProfileRecord& record, const NodeRef& node) {
     const NodeRef sentences = echo_.TakeSentences();
-    const ProfileHeader& h = slot.record.header;
+    const ProfileHeader& h = record.header;
     slot.echoDepth = ReadEchoDepth(sentences, devices_.echo, h.pitch * 0.1, h.roll * 0.1, 1.0);
     slot.echoFlag = slot.echoDepth < kPositionSentinel ? kSlotGood : kSlotLost;
     StoreProfileSentences(node, NodeRef(), sentences);
@@ -102,8 +101,8 @@ bool LiveAcquisition::AppendToDataFile(const std::function<bool()>& write) {
     return false;
 }
 
-void LiveAcquisition::WriteProfile(LiveSlot& slot, const NodeRef& node) {
-    if (!AppendToDataFile([&] { return kvr_.WriteProfile(slot.record); })) return;
+void LiveAcquisition::WriteProfile(const ProfileRecord& record, const NodeRef& node) {
+    if (!AppendToDataFile([&] { return kvr_.WriteProfile(record); })) return;
     ++profilesWritten_;
     pmk_.AppendProfileNode(node, prompt_);
 }

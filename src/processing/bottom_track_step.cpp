@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "data/byte_io.h"
 #include "processing/coordinate_step.h"
 #include "processing/processing_inputs.h"
 #include "processing/processing_steps.h"
@@ -10,9 +9,6 @@
 namespace rm {
 
 namespace {
-constexpr size_t kFlagOffset = 1;
-constexpr size_t kDepthOffset = 2;
-constexpr size_t kVelocityOffset = 10;
 constexpr int kLargestSpeedComponent = 3270;  // above it the speed counts as 32767
 
 VelocityVector AllMissing() {
@@ -50,32 +46,6 @@ void TrackStep(ProcessingContext& ctx, int slot) {
     results.bottomTrackPoint.Distance = previous.Distance + std::sqrt(dx * dx + dy * dy);
 }
 }  // namespace
-
-RawBottomTrack ReadBottomTrackBlock(const ProfileRecord& record) {
-    const ByteReader block(record.bottomTrack.data(), record.bottomTrack.size());
-    RawBottomTrack raw;
-    raw.flag = block.u8(kFlagOffset);
-    for (size_t beam = 0; beam < 4; ++beam) {
-        raw.depth[beam] = block.u16(kDepthOffset + 2 * beam);
-        raw.velocity[beam] = block.i16(kVelocityOffset + 2 * beam);
-    }
-    return raw;
-}
-
-BottomTrackClass ClassifyBottomTrack(const CKvrData& data, const ProfileRecord& record, int numBadBeams) {
-    BottomTrackClass c;
-    if (!FileHasBottomTrack(data)) return c;
-    const RawBottomTrack raw = ReadBottomTrackBlock(record);
-    const int beams = BeamCount(record);
-    for (int beam = 0; beam < beams; ++beam) {
-        const uint16_t d = raw.depth[static_cast<size_t>(beam)];
-        if (d == 0 || d == static_cast<uint16_t>(kBadVelocity)) ++c.badBeams;
-    }
-    // An ensemble with every beam bad is bad whatever NumBadBeams allows.
-    if (c.badBeams > numBadBeams || raw.flag == 0 || c.badBeams >= beams) c.status = kBottomBad;
-    else c.status = static_cast<uint8_t>(c.badBeams == 0 ? kBottomGood : kBottomBad + c.badBeams);
-    return c;
-}
 
 VelocityVector BottomTrackVelocity(const ProcessingContext& ctx, int slot, int coordinateSystem) {
     const ProfileRecord& record = ctx.Raw(slot);
@@ -126,7 +96,7 @@ void BottomTrackStep(ProcessingContext& ctx, int slot) {
     const ProfileRecord& record = ctx.Raw(slot);
     const RawBottomTrack raw = ReadBottomTrackBlock(record);
     const int beams = BeamCount(record);
-    const BottomTrackClass c = ClassifyBottomTrack(ctx.data, record, ctx.settings.NumBadBeams);
+    const BottomTrackClass c = ClassifyBottomTrack(FileHasBottomTrack(ctx.data), record, ctx.settings.NumBadBeams);
     const double f = SoundSpeedFactor(ctx, slot);
 
     results.bottomStatus = c.status;

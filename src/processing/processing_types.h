@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 
+#include "data/bottom_track_block.h"  // BottomStatusCode
 #include "data/profile_record.h"
 
 namespace rm {
@@ -41,8 +42,6 @@ struct TrackPoint {
     double East = 0.0, North = 0.0, Distance = 0.0;  // m
 };
 
-// Status of the bottom track of a profile: 2 good, 3 bad, 4/5/6 good with 1/2/3 bad beams.
-enum BottomStatusCode : uint8_t { kBottomGood = 2, kBottomBad = 3 };
 // Status of the GPS of a profile: 2 good, 3 bad.
 enum GpsStatusCode : uint8_t { kGpsGood = 2, kGpsBad = 3 };
 

@@ -70,10 +70,11 @@ public:
 protected:
     // One read of the data file: group `group` (from 0) into cache slot `slot`.
     virtual int ReadRecord(int group, int slot);
+    // The echo sounder depth of the item, here from the .pmk; live data have it already.
+    virtual void AttachEcho(ProcessingContext& ctx, int slot, int item);
 
 private:
     void AttachGps(ProcessingContext& ctx, int slot, int item);
-    void AttachEcho(ProcessingContext& ctx, int slot, int item);
     NodeRef ProfileNode(int fileProfile) const;
     bool FixOfProfile(int fileProfile, GpsFix& fix) const;
     bool NewestFixAtOrBefore(int fileProfile, int lowest, GpsFix& fix) const;

@@ -1,5 +1,6 @@
 // The command line of the simulated instrument: what each command answers and changes.
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdio>
@@ -99,6 +100,8 @@ void SimulatedInstrument::Execute(const std::string& rawLine, double nowS) {
         settings_["of"] = argument;
         AnswerOk();
     } else if (word == "setup") {
+        // In pulse-coherent mode a banner ending in 'U' comes before the acknowledgement.
+        if (user.PCMode != 0) return Answer({"Pulse coherent mode: U", "OK User setup accepted"});
         AnswerOk("User setup accepted");
     } else if (word == "start") {
         StartCollecting(nowS);
@@ -111,9 +114,9 @@ void SimulatedInstrument::Execute(const std::string& rawLine, double nowS) {
         settings_[word] = number;
         AnswerOk();
     } else if (word == "date") {
-        argument.empty() ? ShowDate(nowS) : SetDate(argument, nowS);
+        argument.empty() ? ShowDate(nowS) : SetClock(argument, true, nowS);
     } else if (word == "time") {
-        argument.empty() ? ShowTime(nowS) : SetTime(argument, nowS);
+        argument.empty() ? ShowTime(nowS) : SetClock(argument, false, nowS);
     } else if (word == "test") {
         Answer({"Memory test ........ passed", "Receiver test ...... passed", "Transmitter test ... passed",
                 "All tests passed"});
@@ -236,7 +239,16 @@ void SimulatedInstrument::PulseCoherent(const std::string& argument) {
     UserSetup& user = records_.user;
     if (argument.empty()) return Answer({std::string("PCMode Current: ") + (user.PCMode ? "YES" : "NO")});
     if (argument != "yes" && argument != "no") return AnswerError("bad value");
+    const bool tenthsBefore = IntervalsInTenths(user);
     user.PCMode = argument == "yes" ? 1 : 0;
+    // The intervals keep their length in seconds when their unit changes.
+    if (IntervalsInTenths(user) != tenthsBefore) {
+        const auto convert = [tenthsBefore](uint16_t v) {
+            return static_cast<uint16_t>(tenthsBefore ? std::max((v + 5) / 10, 1) : v * 10);
+        };
+        user.AveragingInterval = convert(user.AveragingInterval);
+        user.ProfileInterval = convert(user.ProfileInterval);
+    }
     AnswerOk(std::string("PCMode set to ") + (user.PCMode ? "YES" : "NO"));
 }
 
@@ -261,30 +273,20 @@ void SimulatedInstrument::ShowTime(double nowS) {
     Answer({text});
 }
 
-void SimulatedInstrument::SetDate(const std::string& argument, double nowS) {
-    int y = 0, m = 0, d = 0;
+void SimulatedInstrument::SetClock(const std::string& argument, bool date, double nowS) {
+    int a = 0, b = 0, c = 0;
     char rest = 0;
     const CivilTime now = ClockAt(nowS);
-    char iso[48];
+    if (std::sscanf(argument.c_str(), date ? "%d/%d/%d%c" : "%d:%d:%d%c", &a, &b, &c, &rest) != 3)
+        return AnswerError(date ? "bad date" : "bad time");
+    // The half not named stays; ParseCivilTime refuses an impossible date or time.
+    const CivilTime asked = date ? CivilTime{a, b, c, now.hour, now.minute, now.second}
+                                 : CivilTime{now.year, now.month, now.day, a, b, c};
+    char iso[80];
+    std::snprintf(iso, sizeof iso, "%04d-%02d-%02d %02d:%02d:%02d", asked.year, asked.month, asked.day, asked.hour,
+                  asked.minute, asked.second);
     CivilTime wanted;
-    if (std::sscanf(argument.c_str(), "%d/%d/%d%c", &y, &m, &d, &rest) != 3 ||
-        std::snprintf(iso, sizeof iso, "%04d-%02d-%02d %02d:%02d:%02d", y, m, d, now.hour, now.minute, now.second) <= 0 ||
-        !ParseCivilTime(iso, wanted))
-        return AnswerError("bad date");
-    clockOffsetS_ += static_cast<double>(SecondsOf(wanted) - SecondsOf(now));
-    AnswerOk();
-}
-
-void SimulatedInstrument::SetTime(const std::string& argument, double nowS) {
-    int h = 0, mi = 0, s = 0;
-    char rest = 0;
-    const CivilTime now = ClockAt(nowS);
-    char iso[48];
-    CivilTime wanted;
-    if (std::sscanf(argument.c_str(), "%d:%d:%d%c", &h, &mi, &s, &rest) != 3 ||
-        std::snprintf(iso, sizeof iso, "%04d-%02d-%02d %02d:%02d:%02d", now.year, now.month, now.day, h, mi, s) <= 0 ||
-        !ParseCivilTime(iso, wanted))
-        return AnswerError("bad time");
+    if (!ParseCivilTime(iso, wanted)) return AnswerError(date ? "bad date" : "bad time");
     clockOffsetS_ += static_cast<double>(SecondsOf(wanted) - SecondsOf(now));
     AnswerOk();
 }

@@ -42,7 +42,10 @@ RiverScenario ScenarioForRecords(const RiverScenario& scenario, const Instrument
     s.instrument.blankCm = u.BlankDistance;
     s.instrument.coordinateSystem = u.CoordinateSystem;
     s.instrument.bottomTrackMode = u.BottomTrack;
-    if (u.ProfileInterval >= 1) s.crossing.intervalS = u.ProfileInterval;
+    s.instrument.pulseCoherent = u.PCMode != 0;
+    // The crossing counts whole seconds: an interval in tenths is rounded, to one second at least.
+    const int interval = IntervalsInTenths(u) ? (u.ProfileInterval + 5) / 10 : u.ProfileInterval;
+    if (u.ProfileInterval >= 1) s.crossing.intervalS = std::max(interval, 1);
     if (s.gps == GpsSource::Internal && FrameGpsForm(records) == GpsForm::None) s.gps = GpsSource::None;
     return s;
 }

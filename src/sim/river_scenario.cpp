@@ -193,8 +193,11 @@ InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
     u.BlankDistance = static_cast<uint16_t>(in.blankCm);
     u.SensorDepth = static_cast<uint32_t>(in.transducerDepthCm);
     u.TemperatureMode = 1;  // measured: the header carries the same temperature
-    u.AveragingInterval = static_cast<uint16_t>(s.crossing.intervalS);
-    u.ProfileInterval = static_cast<uint16_t>(s.crossing.intervalS);
+    u.BottomTrack = static_cast<uint8_t>(in.bottomTrackMode);
+    u.PCMode = in.pulseCoherent ? 1 : 0;
+    const int intervalUnits = IntervalsInTenths(u) ? 10 : 1;
+    u.AveragingInterval = static_cast<uint16_t>(s.crossing.intervalS * intervalUnits);
+    u.ProfileInterval = static_cast<uint16_t>(s.crossing.intervalS * intervalUnits);
     u.PingInterval = kPingIntervalTenths;
     u.CoordinateSystem = static_cast<uint8_t>(in.coordinateSystem);
     u.DeploymentName = DeploymentNameOf(s);
@@ -208,10 +211,11 @@ InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
     u.CommentLine1 = described ? DefaultComment(s, 0) : s.comments[0];
     u.CommentLine2 = described ? DefaultComment(s, 1) : s.comments[1];
     u.CommentLine3 = described ? DefaultComment(s, 2) : s.comments[2];
-    u.BottomTrack = static_cast<uint8_t>(in.bottomTrackMode);
     u.EnableInternalGps = s.gps == GpsSource::Internal ? 1 : 0;
     return r;
 }
+
+bool IntervalsInTenths(const UserSetup& user) { return user.PCMode != 0 && user.BottomTrack != 2; }
 
 SmallMatrix BeamToXyzOf(const InstrumentRecords& records) {
     const DerivedValues derived = DeriveValues(records.conf, records.oper, records.user);
@@ -228,6 +232,7 @@ TransectSettings TransectSettingsOf(const RiverScenario& scenario, const Crossin
     settings.layout = CellLayoutOf(scenario.instrument);
     settings.coordinateSystem = scenario.instrument.coordinateSystem;
     settings.bottomTrackMode = scenario.instrument.bottomTrackMode;
+    settings.shallowWaterBlock = scenario.instrument.pulseCoherent || scenario.instrument.bottomTrackMode == 2;
     settings.gps = scenario.gps;
     settings.geo.latitudeDeg = scenario.latitudeDeg;
     settings.geo.longitudeDeg = scenario.longitudeDeg;

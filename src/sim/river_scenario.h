@@ -26,6 +26,7 @@ struct InstrumentOptions {
     int transducerDepthCm = 20;
     int coordinateSystem = 2;  // 0 beam, 1 XYZ, 2 ENU
     int bottomTrackMode = 1;   // 0, 1 or 2
+    bool pulseCoherent = false;  // PCMode: frames carry the shallow-water block
     int cpuVersion = 100;      // CPUSoftwareVerNum, ten times the firmware version
     std::string serialNumber = "SIM0001";
     double temperatureC = 15.0;
@@ -67,6 +68,10 @@ struct InstrumentRecords {
     UserSetup user;
 };
 InstrumentRecords BuildInstrumentRecords(const RiverScenario& scenario);
+
+// In pulse-coherent mode without the shallow-water ping the user setup keeps its averaging and
+// profile intervals in tenths of a second.
+bool IntervalsInTenths(const UserSetup& user);
 
 // The beam-to-XYZ matrix as processing derives it from the records.
 SmallMatrix BeamToXyzOf(const InstrumentRecords& records);

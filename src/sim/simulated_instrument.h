@@ -94,8 +94,8 @@ private:
     void InternalGps(const std::string& argument);
     void ShowDate(double nowS);
     void ShowTime(double nowS);
-    void SetDate(const std::string& argument, double nowS);
-    void SetTime(const std::string& argument, double nowS);
+    // "Date Y/M/D" (`date`) or "Time h:m:s".
+    void SetClock(const std::string& argument, bool date, double nowS);
     bool AcceptSetup(const InstrumentRecords& records, std::string& problem);
     void StartCollecting(double nowS);
     void StartListing(int kind, double nowS);

@@ -146,7 +146,7 @@ ProfileRecord TransectGenerator::Build(const ProfileState& state) {
     const SmallMatrix toRecorded = EarthToRecorded(settings_.coordinateSystem, beamToXyz_, orientation);
     if (!usable_ || toRecorded.n != settings_.beams) return rec;
     FillWater(state, toRecorded, rec);
-    if (settings_.bottomTrackMode == 2) FillShallowWater(rec);
+    if (settings_.shallowWaterBlock) FillShallowWater(rec);
     if (settings_.bottomTrackMode != 0) FillBottomTrack(state, toRecorded, rec);
     if (settings_.gps != GpsSource::None) {
         rec.hasGps = true;

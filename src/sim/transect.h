@@ -45,6 +45,7 @@ struct TransectSettings {
     CellLayout layout;
     int coordinateSystem = 2;  // 0 beam, 1 XYZ, 2 ENU, as recorded
     int bottomTrackMode = 1;   // 0 off, 1 on, 2 on with the shallow-water ping
+    bool shallowWaterBlock = false;  // pulse-coherent mode or the shallow-water ping
     GpsSource gps = GpsSource::None;
     GeoReference geo;
     double velocityNoiseCms = 0.0;     // standard deviation added to every water velocity value

@@ -26,13 +26,10 @@ struct AccuracyCase {
 };
 
 std::string CaseName(const ::testing::TestParamInfo<AccuracyCase>& info) {
-    static const char* const kCoords[] = {"Beam", "Xyz", "Enu"};
     const AccuracyCase& c = info.param;
-    std::string name = kCoords[c.recorded];
-    name += c.track == kTrackRefGps ? "_Gps" : "_BottomTrack";
-    name += c.gps == sim::GpsSource::External ? "_ExternalGps" : "_InternalGps";
-    name += c.fromRight ? "_FromRight" : "_FromLeft";
-    return name;
+    return std::string(c.recorded == kCoordBeam ? "Beam" : c.recorded == kCoordXyz ? "Xyz" : "Enu") +
+           (c.track == kTrackRefGps ? "_Gps" : "_BottomTrack") +
+           (c.gps == sim::GpsSource::External ? "_ExternalGps" : "_InternalGps") + (c.fromRight ? "_FromRight" : "");
 }
 
 class DischargeAccuracy : public ::testing::TestWithParam<AccuracyCase> {};

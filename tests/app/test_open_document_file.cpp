@@ -62,46 +62,45 @@ TEST_F(OpenFile, TheDialogShowsTheFileAndCancelOpensNothing) {
     EXPECT_TRUE(t.prompt.messages.empty());
 }
 
-TEST_F(OpenFile, SelectEveryNthProfileReachesTheDocument) {
-    LoadFields fields;
-    auto doc = Open(
-        [](const LoadDialogInfo&) {
-            LoadDialogInput in;
-            in.allProfiles = false;
-            in.start = 4;
-            in.end = 30;
-            in.n = 3;
-            return std::optional<LoadDialogInput>(in);
-        },
-        &fields);
-    ASSERT_NE(doc, nullptr);
-    // ((30 - 4 + 1) / 3 - 1) + 1 = 9 profiles: 4, 7, ..., 28.
-    EXPECT_EQ(fields.count, 9);
-    EXPECT_EQ(fields.groupType, LoadGroupType::SelectEvery);
-    EXPECT_EQ(doc->ProfileCount(), 9);
-    EXPECT_EQ(doc->Source().FirstFileProfile(1), 4);
-    EXPECT_EQ(doc->Source().FirstFileProfile(9), 28);
-    CKvrData reference;
-    ASSERT_TRUE(reference.OpenFile(path));
-    ASSERT_EQ(reference.ReadHeader(false), kReadOk);
-    ASSERT_EQ(reference.LoadProfile(27, 0), kReadOk);
-    EXPECT_EQ(doc->Data().Slot(8).header.profileNumber, reference.Slot(0).header.profileNumber);
-    EXPECT_EQ(doc->Measurement().ProfileCount, 9);
-}
-
-TEST_F(OpenFile, AverageOverNProfilesGroupsThem) {
-    auto doc = Open([](const LoadDialogInfo&) {
-        LoadDialogInput in;
-        in.end = 30;
-        in.averageOver = true;
-        in.n = 5;
-        return std::optional<LoadDialogInput>(in);
-    });
-    ASSERT_NE(doc, nullptr);
-    EXPECT_EQ(doc->ProfileCount(), 6);
-    EXPECT_EQ(doc->Source().FirstFileProfile(2), 6);
-    EXPECT_EQ(doc->Source().LastFileProfile(2), 10);
-    EXPECT_TRUE(doc->Data().Averaging());
+TEST_F(OpenFile, TheDialogsSelectionReachesTheDocument) {
+    const struct {
+        bool average;
+        int start, n, count, firstOfItem2, lastOfItem2;
+        LoadGroupType type;
+    } cases[] = {
+        // Every 3rd from 4: ((30 - 4 + 1) / 3 - 1) + 1 = 9 profiles, 4, 7, ..., 28.
+        {false, 4, 3, 9, 7, 7, LoadGroupType::SelectEvery},
+        // The mean of 5: 30 / 5 = 6 items, the second of profiles 6 to 10.
+        {true, 1, 5, 6, 6, 10, LoadGroupType::AverageOver},
+    };
+    for (const auto& c : cases) {
+        LoadFields fields;
+        auto doc = Open(
+            [&](const LoadDialogInfo&) {
+                LoadDialogInput in;
+                in.allProfiles = c.start == 1;
+                in.start = c.start;
+                in.end = 30;
+                in.averageOver = c.average;
+                in.n = c.n;
+                return std::optional<LoadDialogInput>(in);
+            },
+            &fields);
+        ASSERT_NE(doc, nullptr);
+        EXPECT_EQ(fields.count, c.count);
+        EXPECT_EQ(fields.groupType, c.type);
+        EXPECT_EQ(doc->ProfileCount(), c.count);
+        EXPECT_EQ(doc->Measurement().ProfileCount, c.count);
+        EXPECT_EQ(doc->Source().FirstFileProfile(2), c.firstOfItem2);
+        EXPECT_EQ(doc->Source().LastFileProfile(2), c.lastOfItem2);
+        EXPECT_EQ(doc->Data().Averaging(), c.average);
+        if (c.average) continue;
+        CKvrData file;  // the last item of every 3rd is the file's profile 28
+        ASSERT_TRUE(file.OpenFile(path));
+        ASSERT_EQ(file.ReadHeader(false), kReadOk);
+        ASSERT_EQ(file.LoadProfile(27, 0), kReadOk);
+        EXPECT_EQ(doc->Data().Slot(8).header.profileNumber, file.Slot(0).header.profileNumber);
+    }
 }
 
 TEST_F(OpenFile, ARefusedOkAsksAgainWithTheMessage) {

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <vector>
 
 #include "app/settings_path.h"
@@ -16,7 +17,6 @@
 namespace rm {
 namespace {
 
-using doctest::Folder;
 using doctest::RecordRiver;
 using doctest::RewriteRecording;
 using doctest::TestApp;
@@ -28,79 +28,56 @@ protected:
     std::string path = t.folder.File("RUN.kvr");
 };
 
-TEST_F(DocumentOpen, RefusesFilesThatAreNotRecordingsWithTheirMessages) {
-    {
-        std::ofstream junk(path, std::ios::binary);
-        junk << std::string(600, 'x');
-    }
-    CSurveyKVRDoc doc(t.app, t.prompt);
-    EXPECT_EQ(doc.OpenDocument(path), 0);
-    EXPECT_FALSE(doc.IsOpen());
-    ASSERT_EQ(t.prompt.messages, std::vector<std::string>{"Incorrect file format"});
-
-    // A valid configuration with a user record that holds no cells: the head cannot be read.
-    RecordRiver(path, 10);
-    std::vector<char> bytes;
-    {
-        std::ifstream in(path, std::ios::binary);
-        bytes.assign(std::istreambuf_iterator<char>(in), {});
-    }
-    const size_t numberOfCells = 96 + 64 + 18;  // configuration, operation record, field of the user record
-    bytes[numberOfCells] = 0;
-    bytes[numberOfCells + 1] = 0;
-    {
-        std::ofstream out(path, std::ios::binary | std::ios::trunc);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    }
-    t.prompt.messages.clear();
-    EXPECT_EQ(doc.OpenDocument(path), 0);
-    EXPECT_EQ(t.prompt.messages, std::vector<std::string>{"Incorrect Kvr configuration format"});
-}
-
-TEST_F(DocumentOpen, RefusesUpAndSideLookingSystems) {
-    const std::string source = t.folder.File("DOWN.kvr");
-    RecordRiver(source, 5);
+TEST_F(DocumentOpen, RefusesWhatIsNotADownLookingRecordingWithItsMessage) {
+    const std::string down = t.folder.File("DOWN.kvr");
+    RecordRiver(down, 10);
+    const auto orientation = [&](uint8_t o) {
+        return [=] { RewriteRecording(down, path, [&](InstrumentConf& conf) { conf.SensorOrientation = o; }); };
+    };
+    const std::string downOnly = "Quorle Ripplemark will only operate with DOWN looking systems\n";
     const struct {
-        uint8_t orientation;
-        const char* text;
+        std::function<void()> make;
+        std::string message;
     } cases[] = {
-        {1, "Quorle Ripplemark will only operate with DOWN looking systems\nThis file contains data from a UP looking system"},
-        {2, "Quorle Ripplemark will only operate with DOWN looking systems\nThis file contains data from a SIDE looking system"},
+        {[&] { std::ofstream(path, std::ios::binary) << std::string(600, 'x'); }, "Incorrect file format"},
+        // A valid configuration with a user record that holds no cells: the head cannot be read.
+        {[&] {
+             std::filesystem::copy_file(down, path, std::filesystem::copy_options::overwrite_existing);
+             std::fstream f(path, std::ios::binary | std::ios::in | std::ios::out);
+             f.seekp(96 + 64 + 18);  // configuration, operation record, NumberOfCells of the user record
+             f.write("\0\0", 2);
+         },
+         "Incorrect Kvr configuration format"},
+        {orientation(1), downOnly + "This file contains data from a UP looking system"},
+        {orientation(2), downOnly + "This file contains data from a SIDE looking system"},
     };
     for (const auto& c : cases) {
-        RewriteRecording(source, path, [&](InstrumentConf& conf) { conf.SensorOrientation = c.orientation; });
+        c.make();
         t.prompt.messages.clear();
         CSurveyKVRDoc doc(t.app, t.prompt);
         EXPECT_EQ(doc.OpenDocument(path), 0);
         EXPECT_FALSE(doc.IsOpen());
-        EXPECT_EQ(t.prompt.messages, std::vector<std::string>{c.text});
+        EXPECT_EQ(t.prompt.messages, std::vector<std::string>{c.message});
     }
 }
 
-TEST_F(DocumentOpen, WindowIsTheSmallerOfSlotsHeldAndProfiles) {
+TEST_F(DocumentOpen, WindowIsTheSmallerOfSlotsHeldAndProfilesUnlessLoadingToTheEnd) {
     RecordRiver(path, 30);
     CSurveyKVRDoc all(t.app, t.prompt);
     ASSERT_EQ(all.OpenDocument(path), 1);
     EXPECT_EQ(all.WindowSize(), 30);
     EXPECT_EQ(all.CurrentProfile(), 30);
-
-    CSurveyKVRDoc part(t.app, t.prompt, kModePlayback, WithWindow(12));
-    ASSERT_EQ(part.OpenDocument(path), 1);
-    EXPECT_EQ(part.WindowSize(), 12);
-    EXPECT_EQ(part.WindowStart(), 1);
-    EXPECT_EQ(part.WindowEnd(), 12);
-    EXPECT_EQ(part.Source().RecordReads(), 12);
+    for (const bool toEnd : {false, true}) {
+        t.app.Set(app_keys::LoadToEndOfFile, toEnd ? 1 : 0);
+        CSurveyKVRDoc part(t.app, t.prompt, kModePlayback, WithWindow(12));
+        ASSERT_EQ(part.OpenDocument(path), 1);
+        EXPECT_EQ(part.WindowSize(), 12);
+        EXPECT_EQ(part.Source().RecordReads(), toEnd ? 30 : 12);
+        EXPECT_EQ(part.CurrentProfile(), toEnd ? 30 : 12);
+        EXPECT_EQ(part.WindowStart(), toEnd ? 19 : 1);
+        EXPECT_EQ(part.WindowEnd(), toEnd ? 30 : 12);
+    }
     EXPECT_TRUE(t.prompt.messages.empty());
-}
-
-TEST_F(DocumentOpen, LoadToEndOfFileReadsEveryProfileAtOnce) {
-    RecordRiver(path, 30);
-    t.app.Set(app_keys::LoadToEndOfFile, 1);
-    CSurveyKVRDoc doc(t.app, t.prompt, kModePlayback, WithWindow(12));
-    ASSERT_EQ(doc.OpenDocument(path), 1);
-    EXPECT_EQ(doc.Source().RecordReads(), 30);
-    EXPECT_EQ(doc.CurrentProfile(), 30);
-    EXPECT_EQ(doc.WindowStart(), 19);
 }
 
 TEST_F(DocumentOpen, WithoutCfgStartsInEnuWithBottomTrackReferencesAndRegistersDischargeKeys) {

@@ -40,17 +40,13 @@ protected:
 
 void ExpectSameMeasurement(const CDischargeData& a, const CDischargeData& b) {
     EXPECT_EQ(a.ProfileCount, b.ProfileCount);
-    EXPECT_EQ(a.TopDischarge, b.TopDischarge);
-    EXPECT_EQ(a.MiddleDischarge, b.MiddleDischarge);
-    EXPECT_EQ(a.BottomDischarge, b.BottomDischarge);
-    EXPECT_EQ(a.LeftDischarge, b.LeftDischarge);
-    EXPECT_EQ(a.RightDischarge, b.RightDischarge);
-    EXPECT_EQ(a.TotalDischarge, b.TotalDischarge);
+    for (float CDischargeData::*part : {&CDischargeData::TopDischarge, &CDischargeData::MiddleDischarge,
+                                        &CDischargeData::BottomDischarge, &CDischargeData::LeftDischarge,
+                                        &CDischargeData::RightDischarge, &CDischargeData::TotalDischarge,
+                                        &CDischargeData::MadeGood, &CDischargeData::TotalWidth,
+                                        &CDischargeData::MaxPitch, &CDischargeData::MaxRoll})
+        EXPECT_EQ(a.*part, b.*part);
     EXPECT_EQ(a.Area, b.Area);
-    EXPECT_EQ(a.MadeGood, b.MadeGood);
-    EXPECT_EQ(a.TotalWidth, b.TotalWidth);
-    EXPECT_EQ(a.MaxPitch, b.MaxPitch);
-    EXPECT_EQ(a.MaxRoll, b.MaxRoll);
     EXPECT_EQ(a.MeanStandardDeviation, b.MeanStandardDeviation);
 }
 
@@ -58,11 +54,10 @@ TEST_F(DocumentSettings, RecomputeAfterAChangeEqualsAFreshOpenWithThoseSettings)
     CSurveyKVRDoc changed(t.app, t.prompt);
     ASSERT_EQ(changed.OpenDocument(path), 1);
     const float before = changed.Measurement().TotalDischarge;
-    Set(changed, "Discharge/ProfileExtrapolation/TopFitType=0");
-    Set(changed, "Discharge/LeftBankMethod=1");
-    Set(changed, "Discharge/CorrectedLeftDistance=4.5");
-    Set(changed, "Discharge/CorrectedRightDistance=3.0");
-    Set(changed, "Discharge/LeftProfile=3");
+    for (const char* change : {"Discharge/ProfileExtrapolation/TopFitType=0", "Discharge/LeftBankMethod=1",
+                               "Discharge/CorrectedLeftDistance=4.5", "Discharge/CorrectedRightDistance=3.0",
+                               "Discharge/LeftProfile=3"})
+        Set(changed, change);
     changed.SetTrackReference(kTrackRefGps);
     changed.SettingsChanged();
     EXPECT_NE(changed.Measurement().TotalDischarge, before);
@@ -97,13 +92,11 @@ TEST_F(DocumentSettings, StartBankOneFlipsTheSignOfEveryPart) {
     const CDischargeData& a = left.Measurement();
     const CDischargeData& b = right.Measurement();
     ASSERT_GT(a.MiddleDischarge, 1.0f);
-    EXPECT_FLOAT_EQ(b.TopDischarge, -a.TopDischarge);
-    EXPECT_FLOAT_EQ(b.MiddleDischarge, -a.MiddleDischarge);
-    EXPECT_FLOAT_EQ(b.BottomDischarge, -a.BottomDischarge);
-    EXPECT_FLOAT_EQ(b.TotalDischarge, -a.TotalDischarge);
-    for (int item = 1; item <= 40; ++item) {
+    for (float CDischargeData::*part : {&CDischargeData::TopDischarge, &CDischargeData::MiddleDischarge,
+                                        &CDischargeData::BottomDischarge, &CDischargeData::TotalDischarge})
+        EXPECT_FLOAT_EQ(b.*part, -(a.*part));
+    for (int item = 1; item <= 40; ++item)
         EXPECT_FLOAT_EQ(right.ResultsOf(item)->processed.TotalQ, -left.ResultsOf(item)->processed.TotalQ);
-    }
 }
 
 TEST_F(DocumentSettings, LockedMeasurementIsNotSavedOnClose) {
@@ -187,8 +180,7 @@ TEST_F(DocumentSettings, ReprocessingTheRingAfterAFullPassChangesNothing) {
     ProcessingContext ctx = doc.Context();
     ReprocessRing(ctx);
     for (size_t i = 0; i < before.size(); ++i) {
-        const SlotResults& a = before[i];
-        const SlotResults& b = doc.Slots()[i];
+        const SlotResults &a = before[i], &b = doc.Slots()[i];
         EXPECT_EQ(a.meanDepth, b.meanDepth);
         EXPECT_EQ(a.bottomTrack.Velocity, b.bottomTrack.Velocity);
         EXPECT_EQ(a.bottomTrackPoint.East, b.bottomTrackPoint.East);

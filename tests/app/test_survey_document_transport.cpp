@@ -21,59 +21,33 @@ protected:
     std::string path = t.folder.File("PLAY.kvr");
 };
 
-TEST_F(Transport, PlayPauseAndStopMoveThroughTheStatesWithTheirTexts) {
+TEST_F(Transport, PlayPauseStopAndSpeedSetTheStateTextAndTimer) {
     CSurveyKVRDoc doc(t.app, t.prompt);
     ASSERT_EQ(doc.OpenDocument(path), 1);
-    EXPECT_EQ(doc.StatusText(), " Kvr playback stopped");
-    EXPECT_FALSE(doc.Transport().TimerRunning());
-
-    doc.Play();
-    EXPECT_EQ(doc.PlayState(), kStateRunning);
-    EXPECT_EQ(doc.StatusText(), " Playing back existing data set");
-    EXPECT_TRUE(doc.Transport().TimerRunning());
-    EXPECT_EQ(doc.Transport().TimerPeriodMs(), 2000);  // speed 3 at start
-
-    doc.Pause();
-    EXPECT_EQ(doc.StatusText(), " Playback paused");
-    EXPECT_FALSE(doc.Transport().TimerRunning());
-    doc.Pause();  // a second press resumes
-    EXPECT_EQ(doc.PlayState(), kStateRunning);
-    EXPECT_TRUE(doc.Transport().TimerRunning());
-
-    doc.Stop();
-    EXPECT_EQ(doc.StatusText(), " Kvr playback stopped");
-    EXPECT_FALSE(doc.Transport().TimerRunning());
-}
-
-TEST_F(Transport, LiveDocumentStatusTexts) {
-    CSurveyKVRDoc live(t.app, t.prompt, kModeLive);
-    EXPECT_EQ(live.StatusText(), " Kvr on standby");
-    live.Play();
-    EXPECT_EQ(live.StatusText(), " Kvr ready to record data");
-    EXPECT_EQ(live.Transport().TimerPeriodMs(), 1000);
-    // Closing while collecting asks; No keeps the document.
-    t.prompt.answerYes = false;
-    EXPECT_FALSE(live.OnCloseDocument());
-    EXPECT_EQ(t.prompt.questions, std::vector<std::string>{"Stop Data Collection?"});
-    EXPECT_EQ(live.PlayState(), kStateRunning);
-    t.prompt.answerYes = true;
-    EXPECT_TRUE(live.OnCloseDocument());
-    EXPECT_EQ(live.PlayState(), kStateStopped);
-}
-
-TEST_F(Transport, SpeedSetsThePeriodAndRestartsARunningTimer) {
-    CSurveyKVRDoc doc(t.app, t.prompt);
-    ASSERT_EQ(doc.OpenDocument(path), 1);
-    doc.SetSpeed(5);
-    EXPECT_FALSE(doc.Transport().TimerRunning());  // a stopped playback starts no timer
+    const auto expect = [&](int state, const char* text, bool timer, const char* step) {
+        EXPECT_EQ(doc.PlayState(), state) << step;
+        EXPECT_EQ(doc.StatusText(), text) << step;
+        EXPECT_EQ(doc.Transport().TimerRunning(), timer) << step;
+    };
+    expect(kStateStopped, " Kvr playback stopped", false, "opened");
+    doc.SetSpeed(5);  // a stopped playback starts no timer
+    expect(kStateStopped, " Kvr playback stopped", false, "speed");
     EXPECT_EQ(doc.Transport().SpeedPeriodMs(), 500);
+    doc.SetSpeed(3);
     doc.Play();
-    doc.SetSpeed(1);
-    EXPECT_TRUE(doc.Transport().TimerRunning());
+    expect(kStateRunning, " Playing back existing data set", true, "play");
+    EXPECT_EQ(doc.Transport().TimerPeriodMs(), 2000);
+    doc.Pause();
+    expect(kStatePaused, " Playback paused", false, "pause");
+    doc.Pause();  // a second press resumes
+    expect(kStateRunning, " Playing back existing data set", true, "resume");
+    doc.SetSpeed(1);  // a running timer is set again at the new period
     EXPECT_EQ(doc.Transport().TimerPeriodMs(), 8000);
     doc.SetSpeed(99);
     EXPECT_EQ(doc.Transport().Speed(), 7);
     EXPECT_EQ(doc.Transport().TimerPeriodMs(), 125);
+    doc.Stop();
+    expect(kStateStopped, " Kvr playback stopped", false, "stop");
 }
 
 TEST_F(Transport, TicksPlayOnToTheLastProfileAndNoFurther) {
@@ -132,25 +106,26 @@ TEST_F(Transport, RewindInsideTheWindowReadsNothingAndBeforeItRebuildsFromTheSta
     EXPECT_EQ(doc.Measurement().ProfileCount, 5);
 }
 
-TEST_F(Transport, AReadErrorInMidFileStopsAtTheLastGoodProfilePaused) {
-    CSurveyKVRDoc doc(t.app, t.prompt, kModePlayback, WithFailingProfiles({16}, 10));
-    ASSERT_EQ(doc.OpenDocument(path), 1);
-    doc.Play();
-    for (int i = 0; i < 20; ++i) doc.PlaybackTick();
-    EXPECT_EQ(doc.CurrentProfile(), 16);
-    EXPECT_EQ(doc.PlayState(), kStatePaused);
-    EXPECT_FALSE(doc.Transport().TimerRunning());
-    EXPECT_EQ(t.prompt.messages, std::vector<std::string>{"Incorrect file format"});
-    EXPECT_EQ(doc.Measurement().ProfileCount, 16);
-}
-
-TEST_F(Transport, AReadErrorInTheFirstWindowHasItsOwnMessage) {
-    CSurveyKVRDoc doc(t.app, t.prompt, kModePlayback, WithFailingProfiles({4}, 10));
-    ASSERT_EQ(doc.OpenDocument(path), 1);
-    EXPECT_EQ(t.prompt.messages, std::vector<std::string>{"KVR DataFile: Incorrect file format"});
-    EXPECT_EQ(doc.CurrentProfile(), 4);
-    EXPECT_EQ(doc.WindowEnd(), 4);
-    EXPECT_EQ(doc.PlayState(), kStatePaused);
+TEST_F(Transport, AReadErrorStopsAtTheLastGoodProfilePausedWithTheMessageOfItsPass) {
+    const struct {
+        int failingGroup;
+        const char* message;
+    } cases[] = {{16, "Incorrect file format"}, {4, "KVR DataFile: Incorrect file format"}};
+    for (const auto& c : cases) {
+        t.prompt.messages.clear();
+        CSurveyKVRDoc doc(t.app, t.prompt, kModePlayback, WithFailingProfiles({c.failingGroup}, 10));
+        ASSERT_EQ(doc.OpenDocument(path), 1);
+        if (c.failingGroup > 10) {  // beyond the first window of 10: met while playing
+            doc.Play();
+            for (int i = 0; i < 20; ++i) doc.PlaybackTick();
+        }
+        EXPECT_EQ(doc.CurrentProfile(), c.failingGroup);
+        EXPECT_EQ(doc.WindowEnd(), c.failingGroup);
+        EXPECT_EQ(doc.PlayState(), kStatePaused);
+        EXPECT_FALSE(doc.Transport().TimerRunning());
+        EXPECT_EQ(t.prompt.messages, std::vector<std::string>{c.message});
+        EXPECT_EQ(doc.Measurement().ProfileCount, c.failingGroup);
+    }
 }
 
 }  // namespace

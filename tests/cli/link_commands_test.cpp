@@ -1,5 +1,6 @@
 // The instrument commands of the command-line tool, run on scripted ports: what they print, the
-// link's messages, and their exit statuses.
+// link's messages, and their exit statuses, where a scripted line shows more than the simulated
+// instrument of link_commands_pty_test.cpp (several devices at once, the exact bytes written).
 
 #include "cli/link_commands.h"
 #include "cli/command.h"
@@ -26,30 +27,6 @@ protected:
     RecordingPrompt prompt;
     std::ostringstream out;
 };
-
-TEST_F(LinkCommandTest, WakeSucceedsOnlyForTheSystemsOwnFamily) {
-    test::ScriptAwakeInstrument(Port("/dev/ttyKVR"), test::kKvrVerReply);
-    EXPECT_EQ(RunWakeCommand(factory, {"/dev/ttyKVR", 9600}, prompt, out), kExitOk);
-    EXPECT_EQ(out.str(),
-              "Finding KVR on /dev/ttyKVR\nOpening /dev/ttyKVR\nCommunications Parameters set\nKVR in standby mode\n");
-
-    out.str("");
-    test::ScriptAwakeInstrument(Port("/dev/ttyZSN"), "\r\nZSN 2.1\r\n>");
-    EXPECT_EQ(RunWakeCommand(factory, {"/dev/ttyZSN", 9600}, prompt, out), kExitFailure);
-    EXPECT_NE(out.str().find("ZSN is conected to port\nPlease connect an KVR to this port for correct program "
-                             "operation\n"),
-              std::string::npos);
-    EXPECT_EQ(prompt.messages.back(), "INSTRUMENT_IS_ZSN");
-
-    out.str("");
-    Port("/dev/ttySilent");
-    EXPECT_EQ(RunWakeCommand(factory, {"/dev/ttySilent", 9600}, prompt, out), kExitFailure);
-    EXPECT_EQ(out.str().substr(out.str().rfind('\n', out.str().size() - 2) + 1), "No Response from Instrument\n");
-
-    out.str("");
-    EXPECT_EQ(RunWakeCommand(factory, {"/dev/ttyNone", 9600}, prompt, out), kExitFailure);
-    EXPECT_NE(out.str().find("Cannot locate KVR on /dev/ttyNone"), std::string::npos);
-}
 
 TEST_F(LinkCommandTest, CheckReportsEveryDeviceAndFailsWhenOneIsNotFound) {
     ScriptedPort& kvr = Port("/dev/ttyKVR");
@@ -114,19 +91,6 @@ TEST_F(LinkCommandTest, SetupRefusesABadValueAndSendsNothing) {
     EXPECT_NE(prompt.messages.back().find("128"), std::string::npos);
     EXPECT_EQ(kvr.Written().find("Load"), std::string::npos);
     EXPECT_EQ(kvr.Written().find("Save"), std::string::npos);
-}
-
-TEST_F(LinkCommandTest, SetupWithoutChangesPrintsTheInstrumentsSetup) {
-    ScriptRetrieval(Port("/dev/ttyKVR"));
-    SetupChoices choices;
-    choices.instrument.path = "/dev/ttyKVR";
-    EXPECT_EQ(RunSetupCommand(factory, choices, prompt, out), kExitOk);
-    EXPECT_NE(out.str().find("RIVER"), std::string::npos);  // the deployment name of the user image
-
-    SetupChoices unreachable;
-    unreachable.instrument.path = "/dev/ttyNone";
-    EXPECT_EQ(RunSetupCommand(factory, unreachable, prompt, out), kExitFailure);
-    EXPECT_EQ(prompt.messages.back().rfind("Cannot open port /dev/ttyNone", 0), 0u);
 }
 
 TEST_F(LinkCommandTest, ClockShowsTheInstrumentsTimeOrItsError) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -139,6 +140,14 @@ TEST_F(RecordCommand, RecordedFileHoldsTheSentFramesAndMeasuresTheRiver) {
     const double expected = truth["discharge"].get<double>();
     EXPECT_NEAR(q, expected, 0.005 * expected);
     EXPECT_NEAR(j["LeftDischarge"].get<double>(), 0.0, 1e-9);
+
+    // Every profile was processed as it came, by the chain that processes the file: the live
+    // total is the file's total, and the last progress line shows it.
+    EXPECT_DOUBLE_EQ(j["liveTotalDischarge"].get<double>(), j["TotalDischarge"].get<double>());
+    char last[96];
+    std::snprintf(last, sizeof last, "Profile %d good  total discharge %.4f m^3/s\n", kProfiles,
+                  j["TotalDischarge"].get<double>());
+    EXPECT_NE(r.err.find(last), std::string::npos) << r.err;
 
     // `process` on the recording, with the .cfg the recording wrote, agrees.
     const nlohmann::json again = RunCliJson({"process", kvrPath, "--json"});

@@ -66,6 +66,16 @@ protected:
     void Answer(const std::string& command, const std::string& reply) {
         instrument->OnWrite(command + "\r", reply);
     }
+    // The answers of a Collect Data dialogue up to "Get CONF"; an empty user or start reply
+    // leaves that command unanswered.
+    void Script(const std::string& conf, const std::string& user, const std::string& start) {
+        Answer("OF Binary", "\r\nOK\r\n>");
+        Answer("Setup", "\r\nOK\r\n>");
+        Answer("Get CONF", GetReply(conf));
+        if (!user.empty()) Answer("Get USER", GetReply(user));
+        if (!start.empty()) Answer("Start", start);
+        test::ScriptAwakeInstrument(*instrument, test::kKvrVerReply);
+    }
     int Prepare() { return PrepareCollection(factory, record, prompt, kvr, state, dir.File("LogFile")); }
 
     test::ScratchDir dir;
@@ -84,12 +94,7 @@ TEST_F(PrepareCollectionTest, TheWholeSequenceStartsTheInstrumentWithTheFrameSiz
     test::UserSpec user;
     user.cells = 10;
     user.bottomTrack = 1;
-    Answer("OF Binary", "\r\nOK\r\n>");
-    Answer("Setup", "\r\nOK\r\n>");
-    Answer("Get CONF", GetReply(test::ConfImage(conf)));
-    Answer("Get USER", GetReply(test::UserImage(user)));
-    Answer("Start", "\r\nOK\r\n");
-    test::ScriptAwakeInstrument(*instrument, test::kKvrVerReply);
+    Script(test::ConfImage(conf), test::UserImage(user), "\r\nOK\r\n");
     EXPECT_EQ(Prepare(), kPrepareStarted);
     EXPECT_TRUE(prompt.messages.empty());
     EXPECT_EQ(prompt.progressTexts,
@@ -106,10 +111,7 @@ TEST_F(PrepareCollectionTest, TheWholeSequenceStartsTheInstrumentWithTheFrameSiz
 TEST_F(PrepareCollectionTest, AnUpLookingSystemIsRefused) {
     test::ConfSpec conf;
     conf.orientation = 1;
-    Answer("OF Binary", "\r\nOK\r\n>");
-    Answer("Setup", "\r\nOK\r\n>");
-    Answer("Get CONF", GetReply(test::ConfImage(conf)));
-    test::ScriptAwakeInstrument(*instrument, test::kKvrVerReply);
+    Script(test::ConfImage(conf), "", "");
     EXPECT_EQ(Prepare(), kPrepareFailed);
     EXPECT_EQ(prompt.messages,
               std::vector<std::string>{"Quorle Ripplemark will only operate with DOWN looking systems"});
@@ -117,12 +119,7 @@ TEST_F(PrepareCollectionTest, AnUpLookingSystemIsRefused) {
 }
 
 TEST_F(PrepareCollectionTest, AFailedStartGivesMinusOne) {
-    Answer("OF Binary", "\r\nOK\r\n>");
-    Answer("Setup", "\r\nOK\r\n>");
-    Answer("Get CONF", GetReply(test::ConfImage({})));
-    Answer("Get USER", GetReply(test::UserImage({})));
-    Answer("Start", "\r\nERROR\r\n>");
-    test::ScriptAwakeInstrument(*instrument, test::kKvrVerReply);
+    Script(test::ConfImage({}), test::UserImage({}), "\r\nERROR\r\n>");
     EXPECT_EQ(Prepare(), kPrepareStartFailed);
     ASSERT_FALSE(prompt.messages.empty());
     EXPECT_EQ(prompt.messages.back(), "Error during data acquisition");

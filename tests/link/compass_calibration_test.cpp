@@ -73,18 +73,12 @@ TEST(CompassScoringTest, AFieldOutsideItsRangeCountsAsTheStrongestAndFails) {
 
 TEST(CompassScoringTest, TextsWithoutThePatternAreUnreadable) {
     std::string report;
-    EXPECT_FALSE(ScoreCompassReply("\r\nERROR\r\n>", report));
-    EXPECT_FALSE(ScoreCompassReply("H9X9M05", report));
-    EXPECT_FALSE(ScoreCompassReply("H9V9", report));
-    EXPECT_FALSE(ScoreCompassReply("H9V9M;", report));  // no field value at all
-    EXPECT_FALSE(ScoreCompassReply("no score", report));
+    // "H9V9M;" has no field value at all.
+    for (const char* reply : {"\r\nERROR\r\n>", "H9X9M05", "H9V9", "H9V9M;", "no score"})
+        EXPECT_FALSE(ScoreCompassReply(reply, report)) << reply;
 }
 
-class TextWindow : public DisplayWindow {
-public:
-    std::string text;
-    void Append(char c) override { text.push_back(c); }
-};
+using test::TextWindow;
 
 class CompassRunTest : public test::TransferTest {
 protected:

@@ -36,17 +36,15 @@ protected:
     KvrCheckFacts facts;
 };
 
-TEST_F(KvrCheckTest, NoPortChosenIsResultFourWithItsText) {
-    const CheckOutcome out = CheckKvr(nullptr, facts);
+TEST_F(KvrCheckTest, NoPortASilentLineOrASiblingInstrumentIsNotFound) {
+    CheckOutcome out = CheckKvr(nullptr, facts);
     EXPECT_EQ(out.result, kCheckNoPort);
     EXPECT_EQ(out.state, ConnectionState::Invalid);
     EXPECT_EQ(out.text,
               "No communications port has been selected for the KVR.\r\nPlease select a COM port and Baud Rate for "
               "your connection.");
-}
 
-TEST_F(KvrCheckTest, ASilentLineOrASiblingInstrumentIsNotFound) {
-    CheckOutcome out = CheckKvr(&dialogue, facts);  // nothing on the line
+    out = CheckKvr(&dialogue, facts);  // nothing on the line
     EXPECT_EQ(out.state, ConnectionState::Invalid);
     EXPECT_EQ(out.text, std::string("The KVR could not be found.") + kPleaseCheck);
 
@@ -91,71 +89,66 @@ TEST_F(KvrCheckTest, AWorkingInstrumentIsFoundAndTellsItsReceiver) {
     EXPECT_TRUE(facts.internalGpsEnabled);
 }
 
-class ListeningCheckTest : public ::testing::Test {
-protected:
-    ScriptedPort port{"/dev/ttyGPS"};
-    RecordingPrompt prompt;
-};
+// What a listening check says when `heard` arrives 100 ms into its wait.
+CheckOutcome GpsHearing(const std::string& heard) {
+    ScriptedPort port;
+    port.ArriveAt(100, heard);
+    return CheckExternalGps(&port, nullptr);
+}
+CheckOutcome SounderHearing(const std::string& heard) {
+    ScriptedPort port;
+    port.ArriveAt(100, heard);
+    return CheckEchoSounder(&port, EchoSounderSettings{}, nullptr);
+}
 
-TEST_F(ListeningCheckTest, ExternalGpsGivesEachOfItsOutcomes) {
+TEST(ListeningCheckTest, ExternalGpsGivesEachOfItsOutcomes) {
     EXPECT_EQ(CheckExternalGps(nullptr, nullptr).result, kCheckNoPort);
     EXPECT_EQ(CheckExternalGps(nullptr, nullptr).text,
               "No communications port has been selected for the External GPS.\r\nPlease select a COM port and Baud "
               "Rate for your connection.");
 
-    CheckOutcome out = CheckExternalGps(&port, &prompt);
-    EXPECT_EQ(out.text, std::string("No data is being received from the GPS.") + kPleaseCheck);
-    EXPECT_GE(port.NowMs(), 5000u);  // it listened for the whole time
+    ScriptedPort silent;
+    RecordingPrompt prompt;
+    EXPECT_EQ(CheckExternalGps(&silent, &prompt).text,
+              std::string("No data is being received from the GPS.") + kPleaseCheck);
+    EXPECT_GE(silent.NowMs(), 5000u);  // it listened for the whole time
 
-    ScriptedPort empty;
-    empty.ArriveAt(100, kEmptyGga);
-    out = CheckExternalGps(&empty, nullptr);
-    EXPECT_EQ(out.state, ConnectionState::Invalid);
-    EXPECT_EQ(out.text, "A valid GPS string (GGA" + kGpsEmptyTail);
-
-    ScriptedPort other;
-    other.ArriveAt(100, "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
-    out = CheckExternalGps(&other, nullptr);
-    EXPECT_EQ(out.text.rfind("Data is being received on this port, however Ripplemark requires\r\neither the GGA or "
-                             "GXP output strings",
-                             0),
-              0u);
-
-    ScriptedPort good;
-    good.ArriveAt(100, kGoodGga);
-    out = CheckExternalGps(&good, nullptr);
-    EXPECT_EQ(out.result, kCheckFound);
-    EXPECT_EQ(out.text, "The GPS system is operating correctly.");
-    EXPECT_LT(good.NowMs(), 1000u);  // a fix ends the wait at once
-}
-
-TEST_F(ListeningCheckTest, EchoSounderGivesEachOfItsOutcomes) {
-    const EchoSounderSettings settings;
-    EXPECT_EQ(CheckEchoSounder(nullptr, settings, nullptr).text,
-              "No communications port has been selected for the Echo Sounder.\r\nPlease select a COM port and Baud "
-              "Rate for your connection.");
-    EXPECT_EQ(CheckEchoSounder(&port, settings, nullptr).text,
-              std::string("No data is being received from the EchoSounder.") + kPleaseCheck);
-
-    ScriptedPort empty;
-    empty.ArriveAt(100, "$SDDPT,,0.5\r\n");
-    const CheckOutcome noDepth = CheckEchoSounder(&empty, settings, nullptr);
-    EXPECT_EQ(noDepth.text.rfind("A valid Echo Sounder string (DPT) is being received by Ripplemark,\r\n", 0), 0u);
-    const std::string tail = "to be in the wwater for correct ";
-    ASSERT_GT(noDepth.text.size(), tail.size());
-    EXPECT_EQ(noDepth.text.substr(noDepth.text.size() - tail.size()), tail);
-
-    ScriptedPort gpsOnly;
-    gpsOnly.ArriveAt(100, kGoodGga);  // a GPS talker on the sounder's port is not a sounder
-    EXPECT_EQ(CheckEchoSounder(&gpsOnly, settings, nullptr)
-                  .text.rfind("Data is being received on this port, however Ripplemark requires\r\neither the DPT or "
-                              "BPT output strings",
+    EXPECT_EQ(GpsHearing(kEmptyGga).state, ConnectionState::Invalid);
+    EXPECT_EQ(GpsHearing(kEmptyGga).text, "A valid GPS string (GGA" + kGpsEmptyTail);
+    EXPECT_EQ(GpsHearing("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n")
+                  .text.rfind("Data is being received on this port, however Ripplemark requires\r\neither the GGA or "
+                              "GXP output strings",
                               0),
               0u);
 
     ScriptedPort good;
-    good.ArriveAt(100, "$SDDPT,3.4,0.5\r\n");
-    const CheckOutcome found = CheckEchoSounder(&good, settings, nullptr);
+    good.ArriveAt(100, kGoodGga);
+    const CheckOutcome found = CheckExternalGps(&good, nullptr);
+    EXPECT_EQ(found.result, kCheckFound);
+    EXPECT_EQ(found.text, "The GPS system is operating correctly.");
+    EXPECT_LT(good.NowMs(), 1000u);  // a fix ends the wait at once
+}
+
+TEST(ListeningCheckTest, EchoSounderGivesEachOfItsOutcomes) {
+    ScriptedPort silent;
+    EXPECT_EQ(CheckEchoSounder(nullptr, EchoSounderSettings{}, nullptr).text,
+              "No communications port has been selected for the Echo Sounder.\r\nPlease select a COM port and Baud "
+              "Rate for your connection.");
+    EXPECT_EQ(CheckEchoSounder(&silent, EchoSounderSettings{}, nullptr).text,
+              std::string("No data is being received from the EchoSounder.") + kPleaseCheck);
+
+    const std::string noDepth = SounderHearing("$SDDPT,,0.5\r\n").text;
+    EXPECT_EQ(noDepth.rfind("A valid Echo Sounder string (DPT) is being received by Ripplemark,\r\n", 0), 0u);
+    const std::string tail = "to be in the wwater for correct ";
+    ASSERT_GT(noDepth.size(), tail.size());
+    EXPECT_EQ(noDepth.substr(noDepth.size() - tail.size()), tail);
+    // A GPS talker on the sounder's port is not a sounder.
+    EXPECT_EQ(SounderHearing(kGoodGga).text.rfind(
+                  "Data is being received on this port, however Ripplemark requires\r\neither the DPT or BPT output "
+                  "strings",
+                  0),
+              0u);
+    const CheckOutcome found = SounderHearing("$SDDPT,3.4,0.5\r\n");
     EXPECT_EQ(found.state, ConnectionState::Found);
     EXPECT_EQ(found.text, "The Echo Sounder is operating correctly.");
 }

@@ -40,12 +40,8 @@ TEST_F(ClockDialogueTest, ReadingWakesWithABreakAndAsksDateThenTime) {
     ASSERT_EQ(ReadInstrumentClock(dialogue, t), 1);
     EXPECT_EQ(port.Breaks(), std::vector<uint32_t>{200});
     EXPECT_EQ(Commands(), (std::vector<std::string>{"Ver", "Date", "Time"}));
-    EXPECT_EQ(t.year, 2024);
-    EXPECT_EQ(t.month, 5);
-    EXPECT_EQ(t.day, 7);
-    EXPECT_EQ(t.hour, 13);
-    EXPECT_EQ(t.minute, 4);
-    EXPECT_EQ(t.second, 59);
+    EXPECT_EQ((std::vector<int>{t.year, t.month, t.day, t.hour, t.minute, t.second}),
+              (std::vector<int>{2024, 5, 7, 13, 4, 59}));
 }
 
 TEST_F(ClockDialogueTest, AnUnreadableAnswerIsACommunicationsError) {

@@ -11,7 +11,7 @@
 namespace rm {
 namespace {
 
-std::string VerReply(const std::string& answer) { return "\r\n" + answer + "\r\n>"; }
+using test::VerReply;
 
 class FinderTest : public ::testing::Test {
 protected:
@@ -37,17 +37,13 @@ TEST_F(FinderTest, AKvrIsFoundAndTheDialogCloses) {
     FindOutcome o = FindInstrument(factory, record, prompt, lines, log);
     EXPECT_TRUE(o.success);
     EXPECT_EQ(o.wakeResult, kWakeKvr);
-    EXPECT_EQ(lines.lines[0], "Finding KVR on /dev/ttyUSB0");
-    EXPECT_EQ(lines.lines[1], "Opening /dev/ttyUSB0\nCommunications Parameters set");
-    EXPECT_EQ(lines.lines[2], "KVR in standby mode");
+    EXPECT_EQ(std::vector<std::string>(lines.lines.begin(), lines.lines.end()),
+              (std::vector<std::string>{"Finding KVR on /dev/ttyUSB0",
+                                        "Opening /dev/ttyUSB0\nCommunications Parameters set", "KVR in standby mode"}));
     ASSERT_NE(record.Port, nullptr);
     EXPECT_TRUE(record.Port->IsOpen());
     ASSERT_EQ(factory.Opens().size(), 1u);
-    EXPECT_EQ(factory.Opens()[0].baud, 19200);
-    EXPECT_EQ(factory.Opens()[0].parity, 'N');
-    EXPECT_EQ(factory.Opens()[0].dataBits, 8);
-    EXPECT_EQ(factory.Opens()[0].stopBits, 1);
-    EXPECT_EQ(factory.Opens()[0].rxSize, 8192);
+    EXPECT_EQ(test::OpenText(factory.Opens()[0]), "/dev/ttyUSB0 19200 N 8 1 8192 8192");
     EXPECT_TRUE(prompt.messages.empty());
 }
 
@@ -62,21 +58,19 @@ TEST_F(FinderTest, AMissingPortEndsTheSearchOnTheSecondLine) {
     EXPECT_EQ(record.Port, nullptr);
 }
 
-TEST_F(FinderTest, ASiblingFamilyStaysOnScreenWithItsMessage) {
+TEST_F(FinderTest, ASiblingFamilyStaysOnScreenWithItsMessageAndOtherResultsLeaveTheThirdLine) {
     ProvideInstrument("/dev/ttyUSB0", "TLM 3");
+    ProvideInstrument("/dev/ttyUSB1", "FlowMeter");
     record.PortIndex = 0;
     FindOutcome o = FindInstrument(factory, record, prompt, lines, log);
     EXPECT_FALSE(o.success);
     EXPECT_EQ(o.wakeResult, kWakeSkiffjack);
     EXPECT_EQ(lines.lines[2], WakeResultText(kWakeSkiffjack));
     EXPECT_EQ(prompt.messages, std::vector<std::string>{"INSTRUMENT_IS_SKIFFJACK"});
-}
 
-TEST_F(FinderTest, OtherResultsLeaveTheThirdLineAsItWas) {
-    ProvideInstrument("/dev/ttyUSB0", "FlowMeter");
-    record.PortIndex = 0;
+    record.PortIndex = 1;
     lines.lines[2] = "before";
-    FindOutcome o = FindInstrument(factory, record, prompt, lines, log);
+    o = FindInstrument(factory, record, prompt, lines, log);
     EXPECT_EQ(o.wakeResult, kWakeFlow);
     EXPECT_FALSE(o.success);
     EXPECT_EQ(lines.lines[2], "before");

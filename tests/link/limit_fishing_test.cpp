@@ -34,9 +34,10 @@ TEST(LimitAnswerTest, AnyOtherFormLeavesTheOutputsAlone) {
 
 class LimitFishingTest : public test::TransferTest {};
 
-TEST_F(LimitFishingTest, TheSecondLineAfterTheCommandIsTheAnswer) {
+TEST_F(LimitFishingTest, TheSecondLineAfterTheCommandIsTheAnswerAndATenWordOneFails) {
     Answer("cs 9999", "\r\nCell Size out of range: 0.05 to 2.00 m\r\n>");
     Answer("nc 99999", "\r\nNumber of Cells out of range: 1 to 100\r\n>");
+    Answer("cs 9999", "\r\nCell Size is out of range: 0.05 to 2.00 m\r\n>");
     Ready();
     double lo = 0, hi = 0;
     int cells = 0;
@@ -45,15 +46,10 @@ TEST_F(LimitFishingTest, TheSecondLineAfterTheCommandIsTheAnswer) {
     EXPECT_DOUBLE_EQ(lo, 0.05);
     EXPECT_DOUBLE_EQ(hi, 2.00);
     EXPECT_EQ(cells, 100);
-    EXPECT_EQ(Commands(), (std::vector<std::string>{"cs 9999", "nc 99999"}));
-}
-
-TEST_F(LimitFishingTest, AnAnswerOfTenWordsFailsWithItsMessage) {
-    Answer("cs 9999", "\r\nCell Size is out of range: 0.05 to 2.00 m\r\n>");
-    Ready();
-    double lo = 0, hi = 0;
+    EXPECT_TRUE(prompt.messages.empty());
     EXPECT_EQ(GetCellSizeLimits(dialogue, lo, hi), 0);
     EXPECT_EQ(prompt.messages, std::vector<std::string>{"Failed to get System Limits"});
+    EXPECT_EQ(Commands(), (std::vector<std::string>{"cs 9999", "nc 99999", "cs 9999"}));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "link/port_record.h"
 #include "link/scripted_port.h"
+#include "link_test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -29,27 +30,18 @@ TEST(PortRecord, OpenHandsTheSettingsToTheSerialLayer) {
     ASSERT_NE(slot, nullptr);
     EXPECT_TRUE(slot->IsOpen());
     ASSERT_EQ(factory.Opens().size(), 1u);
-    const auto& o = factory.Opens()[0];
-    EXPECT_EQ(o.path, "/dev/ttyUSB1");
-    EXPECT_EQ(o.baud, 38400);
-    EXPECT_EQ(o.parity, 'O');
-    EXPECT_EQ(o.dataBits, 8);
-    EXPECT_EQ(o.stopBits, 2);
-    EXPECT_EQ(o.rxSize, 0x2000);
-    EXPECT_EQ(o.txSize, 0x2000);
+    EXPECT_EQ(test::OpenText(factory.Opens()[0]), "/dev/ttyUSB1 38400 O 8 2 8192 8192");
 }
 
 TEST(PortRecord, OpenTellsAMissingPortFromOneThatCannotBeHad) {
     ScriptedPortFactory factory;
     factory.SetOpenStatus("/dev/busy", kSerialCannotOpen);
     factory.SetOpenStatus("/dev/odd", kSerialBadSetting);
-    std::unique_ptr<SerialPort> slot;
-    EXPECT_EQ(OpenPortRecord(factory, slot, "/dev/none", 9600, 0, 3, 0, 8192), 0);
-    EXPECT_EQ(slot, nullptr);
-    EXPECT_EQ(OpenPortRecord(factory, slot, "/dev/busy", 9600, 0, 3, 0, 8192), -1);
-    EXPECT_EQ(slot, nullptr);
-    EXPECT_EQ(OpenPortRecord(factory, slot, "/dev/odd", 9600, 0, 3, 0, 8192), -1);
-    EXPECT_EQ(slot, nullptr);
+    for (const auto& [path, result] : {std::pair{"/dev/none", 0}, {"/dev/busy", -1}, {"/dev/odd", -1}}) {
+        std::unique_ptr<SerialPort> slot;
+        EXPECT_EQ(OpenPortRecord(factory, slot, path, 9600, 0, 3, 0, 8192), result) << path;
+        EXPECT_EQ(slot, nullptr);
+    }
 }
 
 TEST(PortRecord, ReopenUsesTheRecordWithoutParity) {
@@ -62,10 +54,7 @@ TEST(PortRecord, ReopenUsesTheRecordWithoutParity) {
     record.StopBitsIndex = 1;
     EXPECT_EQ(ReopenPortRecord(factory, record), 1);
     ASSERT_EQ(factory.Opens().size(), 1u);
-    EXPECT_EQ(factory.Opens()[0].path, "/dev/ttyUSB2");
-    EXPECT_EQ(factory.Opens()[0].baud, 57600);
-    EXPECT_EQ(factory.Opens()[0].parity, 'N');
-    EXPECT_EQ(factory.Opens()[0].stopBits, 2);
+    EXPECT_EQ(test::OpenText(factory.Opens()[0]).substr(0, 25), "/dev/ttyUSB2 57600 N 8 2 ");
     EXPECT_NE(record.Port, nullptr);
     EXPECT_EQ(ClosePortRecord(record), 1);
     EXPECT_EQ(record.Port, nullptr);
@@ -80,14 +69,8 @@ TEST(ScanSerialPorts, StatesOfTheEightNumberedPorts) {
     states.fill(-7);
     ScanSerialPorts(factory, false, 0, states);
     EXPECT_EQ(states, (std::array<int, 8>{2, 0, 3, 3, 3, 2, 3, 3}));
-    for (const auto& o : factory.Opens()) {
-        EXPECT_EQ(o.baud, 9600);
-        EXPECT_EQ(o.parity, 'N');
-        EXPECT_EQ(o.dataBits, 8);
-        EXPECT_EQ(o.stopBits, 1);
-        EXPECT_EQ(o.rxSize, 8192);
-    }
-    EXPECT_EQ(factory.Opens().size(), 8u);
+    ASSERT_EQ(factory.Opens().size(), 8u);
+    for (const auto& o : factory.Opens()) EXPECT_EQ(test::OpenText(o), o.path + " 9600 N 8 1 8192 8192");
 }
 
 TEST(ScanSerialPorts, ThePortInUseCountsUsableWithoutBeingTouched) {

@@ -19,23 +19,20 @@ TEST(SensorSampleTest, TheLastPressureBeforeItsBatteryIsTakenOnce) {
     EXPECT_FALSE(TakeSensorSample(text, value));  // the same sample is not taken again
 }
 
-TEST(SensorSampleTest, AnUnfinishedLineWaitsForItsBattery) {
+TEST(SensorSampleTest, AnUnfinishedLineWaitsAndNoNumberOrNoBatteryGivesNoSample) {
     std::string text = "Temp = 11.0\r\nPressure = 3.5";
-    double value = 0.0;
+    double value = -1.0;
     EXPECT_FALSE(TakeSensorSample(text, value));
     EXPECT_EQ(text, "Pressure = 3.5");
     text += "00 dbar\r\nBattery = 12.0 V";
     ASSERT_TRUE(TakeSensorSample(text, value));
     EXPECT_DOUBLE_EQ(value, 3.5);
-}
 
-TEST(SensorSampleTest, NoNumberOrNoBatteryGivesNoSample) {
-    std::string text = "Pressure = ---- dbar\r\nBattery = 12.0 V";
-    double value = -1.0;
-    EXPECT_FALSE(TakeSensorSample(text, value));
-    EXPECT_DOUBLE_EQ(value, -1.0);
-    text = "Pressure = 4.0 dbar\r\nTemperature = 11.0\r\n";
-    EXPECT_FALSE(TakeSensorSample(text, value));
+    for (std::string other :
+         {"Pressure = ---- dbar\r\nBattery = 12.0 V", "Pressure = 4.0 dbar\r\nTemperature = 11.0\r\n"}) {
+        EXPECT_FALSE(TakeSensorSample(other, value)) << other;
+        EXPECT_DOUBLE_EQ(value, 3.5);
+    }
 }
 
 TEST(SensorTextTest, ValuesShowInTheChosenUnits) {

@@ -9,62 +9,44 @@
 namespace rm {
 namespace {
 
-struct SizeCase {
-    const char* name;
-    int cells, beams;
-    int bottomTrackMode, pcMode;
-    uint8_t ctd, extSensor;
-    bool gpsOn;
-    int gpsSource;
-    int expected;
-};
-
-class ProfileSizeTest : public ::testing::TestWithParam<SizeCase> {};
-
-TEST_P(ProfileSizeTest, MatchesTheHandSum) {
-    const SizeCase& c = GetParam();
-    InstrumentConf conf;
-    conf.Nbeams = static_cast<uint8_t>(c.beams);
-    conf.CtdSensorInstalled = c.ctd;
-    conf.ExtSensorInstalled = c.extSensor;
-    UserSetup user;
-    user.NumberOfCells = static_cast<uint16_t>(c.cells);
-    InstrumentLinkState state;
-    state.BottomTrackMode = c.bottomTrackMode;
-    state.PCMode = c.pcMode;
-    state.GpsOn = c.gpsOn;
-    state.GpsSource = c.gpsSource;
-    const ProfileSizes sizes = ComputeProfileSizes(conf, user, state);
-    EXPECT_EQ(sizes.HeaderSize, 80);
-    EXPECT_EQ(sizes.ProfileSize, c.expected);
-    EXPECT_EQ(sizes.WaveFrameSize, 0);
-    EXPECT_EQ(sizes.WaveSamples, 0);
+TEST(ProfileSizeTest, MatchesTheHandSumOfEachSetup) {
+    struct Case {
+        int cells, beams, bottomTrackMode, pcMode;
+        uint8_t ctd, extSensor;
+        bool gpsOn;
+        int gpsSource;
+        int expected;
+    } cases[] = {
+        {10, 3, 0, 0, 0, 0, false, 1, 202},       // 80 + 10*3*(2+1+1) + 2
+        {10, 3, 1, 0, 0, 0, false, 1, 220},       // 80 + 120 + 18 + 2
+        {10, 3, 2, 0, 0, 0, false, 1, 256},       // shallow-water ping: 80 + 36 + 18 + 120 + 2
+        {20, 4, 0, 1, 0, 0, false, 1, 438},       // pulse-coherent: 80 + 36 + 20*4*4 + 2
+        {5, 2, 0, 0, 1, 0, false, 1, 138},        // CTD: 80 + 16 + 5*2*4 + 2
+        {5, 2, 0, 0, 0, 1, false, 1, 130},        // external sensor: 80 + 8 + 5*2*4 + 2
+        {5, 2, 0, 0, 0, 0, true, 2, 170},         // internal GPS: 80 + 48 + 5*2*4 + 2
+        {5, 2, 0, 0, 0, 0, true, 1, 122},         // an external receiver's fixes are not in the frame
+        {5, 2, 0, 0, 0, 0, false, 2, 122},        // internal source chosen but GPS off
+        {128, 3, 2, 1, 1, 1, true, 2, 1744},      // 80 + 36 + 18 + 16 + 48 + 8 + 128*3*4 + 2
+    };
+    for (const Case& c : cases) {
+        InstrumentConf conf;
+        conf.Nbeams = static_cast<uint8_t>(c.beams);
+        conf.CtdSensorInstalled = c.ctd;
+        conf.ExtSensorInstalled = c.extSensor;
+        UserSetup user;
+        user.NumberOfCells = static_cast<uint16_t>(c.cells);
+        InstrumentLinkState state;
+        state.BottomTrackMode = c.bottomTrackMode;
+        state.PCMode = c.pcMode;
+        state.GpsOn = c.gpsOn;
+        state.GpsSource = c.gpsSource;
+        const ProfileSizes sizes = ComputeProfileSizes(conf, user, state);
+        EXPECT_EQ(sizes.HeaderSize, 80);
+        EXPECT_EQ(sizes.ProfileSize, c.expected) << c.cells << " cells, expected " << c.expected;
+        EXPECT_EQ(sizes.WaveFrameSize, 0);
+        EXPECT_EQ(sizes.WaveSamples, 0);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Setups, ProfileSizeTest,
-    ::testing::Values(
-        // 80 + 10*3*(2+1+1) + 2
-        SizeCase{"Plain", 10, 3, 0, 0, 0, 0, false, 1, 202},
-        // 80 + 120 + 18 + 2
-        SizeCase{"BottomTrack", 10, 3, 1, 0, 0, 0, false, 1, 220},
-        // 80 + 36 + 18 + 120 + 2
-        SizeCase{"ShallowWaterPing", 10, 3, 2, 0, 0, 0, false, 1, 256},
-        // 80 + 36 + 20*4*4 + 2
-        SizeCase{"PulseCoherent", 20, 4, 0, 1, 0, 0, false, 1, 438},
-        // 80 + 16 + 5*2*4 + 2
-        SizeCase{"Ctd", 5, 2, 0, 0, 1, 0, false, 1, 138},
-        // 80 + 8 + 5*2*4 + 2
-        SizeCase{"ExtSensor", 5, 2, 0, 0, 0, 1, false, 1, 130},
-        // 80 + 48 + 5*2*4 + 2
-        SizeCase{"InternalGps", 5, 2, 0, 0, 0, 0, true, 2, 170},
-        // the external receiver's fixes are not in the frame
-        SizeCase{"ExternalGps", 5, 2, 0, 0, 0, 0, true, 1, 122},
-        // internal source chosen but GPS off
-        SizeCase{"InternalGpsOff", 5, 2, 0, 0, 0, 0, false, 2, 122},
-        // 80 + 36 + 18 + 16 + 48 + 8 + 128*3*4 + 2
-        SizeCase{"Everything", 128, 3, 2, 1, 1, 1, true, 2, 1744}),
-    [](const ::testing::TestParamInfo<SizeCase>& param) { return std::string(param.param.name); });
 
 TEST(WaveFrameSizeTest, ThreeBytesASamplePlusHeaderAndChecksumWhenWavesAreOn) {
     InstrumentConf conf;

@@ -7,16 +7,16 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace rm {
 namespace {
 
+using test::ScriptPromptingInstrument;
+using test::SendCommandTime;
+
 class PromptDialogueTest : public ::testing::Test {
 protected:
-    // An instrument at its prompt that echoes and answers an empty line with the prompt.
-    void ScriptPromptingInstrument(ScriptedPort& p) {
-        p.SetEcho(true);
-        p.OnWrite("\r", ">", 0, true);
-    }
     std::string LogText() const { return test::ReadWholeFile(logPath); }
 
     test::ScratchDir dir;
@@ -26,17 +26,12 @@ protected:
     PromptDialogue dialogue{port, prompt, logPath};
 };
 
-TEST_F(PromptDialogueTest, AnEmptyLineForThePromptThenTheCommandWithItsCarriageReturn) {
+TEST_F(PromptDialogueTest, AnEmptyLineForThePromptThenTheCommandWithItsCarriageReturnInItsLeastTime) {
     ScriptPromptingInstrument(port);
     EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 1);
     EXPECT_EQ(port.Written(), "\rVer\r");
     EXPECT_TRUE(prompt.messages.empty());
     EXPECT_EQ(LogText(), "Ver\r>Ver\r");
-}
-
-TEST_F(PromptDialogueTest, ItsLeastTimeIsTheTwoSleepsThePromptAndFiveMsACharacter) {
-    ScriptPromptingInstrument(port);
-    dialogue.SendCommand("Ver", '>', true, nullptr);
     // 100 ms settle; the prompt wait takes the echoed CR and '>' in two 1 ms rounds; one 100 ms
     // step of the silence wait; four characters of 5 ms each with an instant echo.
     EXPECT_EQ(port.NowMs(), 100u + 2u + 100u + 4u * 5u);
@@ -75,41 +70,48 @@ TEST_F(PromptDialogueTest, ABadEchoIsSentAgainUntilItComesBackRight) {
     EXPECT_EQ(LogText().substr(LogText().size() - 9), "Ver\r>Ver\r");
 }
 
-TEST_F(PromptDialogueTest, ATransmitBufferThatCannotBeClearedIsReported) {
-    ScriptPromptingInstrument(port);
-    port.FailClearTx(kSerialIoError);
-    EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 0);
-    ASSERT_EQ(prompt.messages.size(), 1u);
-    EXPECT_EQ(prompt.messages[0], "FAIL TO CLEAR TRANSMIT BUFFER");
-    EXPECT_EQ(port.Written(), "");
-}
-
-TEST_F(PromptDialogueTest, ALineThatKeepsSendingIsReportedNotWaitedFor) {
-    ScriptPromptingInstrument(port);
-    port.SetReadCostUs(20);
-    port.Flood(0, 10, 10000000, '$');
-    EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 0);
-    ASSERT_EQ(prompt.messages.size(), 1u);
-    EXPECT_EQ(prompt.messages[0], "FAIL TO CLEAR RECEIVE BUFFER");
-    EXPECT_EQ(port.Written(), "");
-}
-
-TEST_F(PromptDialogueTest, NoPromptWithinItsRoundsIsReportedAndNoCommandGoesOut) {
-    EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 0);
-    ASSERT_EQ(prompt.messages.size(), 1u);
-    EXPECT_EQ(prompt.messages[0], "FAIL TO LOCATE PROMPT");
-    EXPECT_EQ(port.Written(), "\r");
-    EXPECT_EQ(port.NowMs(), 100u + 2500u);
-}
-
-TEST_F(PromptDialogueTest, ALineBusyDuringTheSilenceWaitIsReported) {
-    ScriptPromptingInstrument(port);
-    port.SetReadCostUs(20);
-    port.Flood(150, 10, 10000000, '$');  // starts after the prompt came
-    EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 0);
-    ASSERT_EQ(prompt.messages.size(), 1u);
-    EXPECT_EQ(prompt.messages[0], "FAIL TO CLEAR RECEIVE BUFFER 2");
-    EXPECT_EQ(port.Written(), "\r");
+// Each way the dialogue cannot start or go on: its one message, and what had gone out by then.
+TEST(PromptDialogueFailure, EachHasItsMessageAndSendsNoCommand) {
+    struct Case {
+        const char* message;
+        std::function<void(ScriptedPort&)> script;
+        const char* written;
+    } cases[] = {
+        {"FAIL TO CLEAR TRANSMIT BUFFER",
+         [](ScriptedPort& p) {
+             ScriptPromptingInstrument(p);
+             p.FailClearTx(kSerialIoError);
+         },
+         ""},
+        {"FAIL TO CLEAR RECEIVE BUFFER",
+         [](ScriptedPort& p) {
+             ScriptPromptingInstrument(p);
+             p.SetReadCostUs(20);
+             p.Flood(0, 10, 10000000, '$');
+         },
+         ""},
+        {"FAIL TO LOCATE PROMPT", [](ScriptedPort&) {}, "\r"},
+        {"FAIL TO CLEAR RECEIVE BUFFER 2",  // the flood starts after the prompt came
+         [](ScriptedPort& p) {
+             ScriptPromptingInstrument(p);
+             p.SetReadCostUs(20);
+             p.Flood(150, 10, 10000000, '$');
+         },
+         "\r"},
+    };
+    for (const Case& c : cases) {
+        ScriptedPort port;
+        c.script(port);
+        RecordingPrompt prompt;
+        PromptDialogue dialogue(port, prompt, "");
+        EXPECT_EQ(dialogue.SendCommand("Ver", '>', true, nullptr), 0) << c.message;
+        EXPECT_EQ(prompt.messages, std::vector<std::string>{c.message});
+        EXPECT_EQ(port.Written(), c.written) << c.message;
+        // No prompt: the 100 ms settle and 2500 rounds of at least 1 ms.
+        if (std::string(c.message) == "FAIL TO LOCATE PROMPT") {
+            EXPECT_EQ(port.NowMs(), 100u + 2500u);
+        }
+    }
 }
 
 TEST_F(PromptDialogueTest, ATrickleHoldsTheCommandUntilTheLineIsQuiet) {
@@ -130,31 +132,15 @@ TEST_F(PromptDialogueTest, ACommandTooLongForTheLineBufferIsRefused) {
 
 // --- waiting for an acknowledgement
 
-class WaitOkTest : public PromptDialogueTest {
-protected:
-    // Virtual time of SendCommand alone on an identical instrument.
-    uint64_t SendCommandTime(const std::string& command) {
-        ScriptedPort twin;
-        ScriptPromptingInstrument(twin);
-        RecordingPrompt quiet;
-        PromptDialogue d(twin, quiet, "");
-        d.SendCommand(command, '>', true, nullptr);
-        return twin.NowMs();
-    }
-};
+using WaitOkTest = PromptDialogueTest;
 
-TEST_F(WaitOkTest, ALimitOfThreeSecondsGivesThreeReadsAndOneMore) {
-    ScriptPromptingInstrument(port);
-    EXPECT_EQ(dialogue.SendCommandWaitOk("Save setup", 3000, nullptr), 0);
-    EXPECT_EQ(port.NowMs() - SendCommandTime("Save setup"), 4u * 1000u);
-}
-
-TEST_F(WaitOkTest, RoundsAreTheLimitInWholeSecondsRoundedAndAtLeastOne) {
+// Rounds are the limit in whole seconds, rounded, at least one; one more read after the last.
+TEST_F(WaitOkTest, WithoutAnAcknowledgementTheReadsAreTheRoundsAndOneMore) {
     struct Case {
         uint32_t limit;
         uint64_t reads;
     };
-    for (Case c : {Case{200, 2}, Case{1499, 2}, Case{1500, 3}, Case{0, 2}}) {
+    for (Case c : {Case{3000, 4}, Case{200, 2}, Case{1499, 2}, Case{1500, 3}, Case{0, 2}}) {
         ScriptedPort p;
         ScriptPromptingInstrument(p);
         PromptDialogue d(p, prompt, "");

@@ -8,11 +8,7 @@
 namespace rm {
 namespace {
 
-class TextWindow : public DisplayWindow {
-public:
-    std::string text;
-    void Append(char c) override { text.push_back(c); }
-};
+using test::TextWindow;
 
 class SystemTestTest : public test::TransferTest {
 protected:

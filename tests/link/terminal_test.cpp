@@ -2,6 +2,7 @@
 
 #include "link/scripted_port.h"
 #include "link/terminal.h"
+#include "link_test_support.h"
 
 #include <gtest/gtest.h>
 
@@ -10,11 +11,7 @@
 namespace rm {
 namespace {
 
-class Screen : public DisplayWindow {
-public:
-    std::string text;
-    void Append(char c) override { text.push_back(c); }
-};
+using Screen = test::TextWindow;
 
 // Hands out one scripted piece of typing per poll, then ends (or stays open when `endAtLast`
 // is false, as a person who has stopped typing).

@@ -7,15 +7,12 @@
 
 #include "link/internal_gps.h"
 #include "link/scripted_port.h"
+#include "link_test_support.h"
 
 namespace rm {
 namespace {
 
-class TextWindow : public DisplayWindow {
-public:
-    std::string text;
-    void Append(char c) override { text.push_back(c); }
-};
+using test::TextWindow;
 
 // An instrument at its prompt: echoes what it gets, answers each carriage return with the
 // prompt. Rules given before this one take precedence.
@@ -24,10 +21,11 @@ void AddPromptAnswer(ScriptedPort& port) {
     port.OnWrite("\r", ">", 5, true);
 }
 
-TEST(SetInternalGps, SwitchesThenSavesWithALineForEachStep) {
+TEST(SetInternalGps, SwitchesThenSavesWithALineForEachStepUntilOneFails) {
     ScriptedPort port;
     port.OnWrite("GPS yes\r", "\r\nOK\r\n>", 20);
     port.OnWrite("SaveSetup\r", "\r\nSetup saved OK\r\n>", 20);
+    port.OnWrite("GPS no\r", "\r\nERROR\r\n>", 20);
     AddPromptAnswer(port);
     RecordingPrompt prompt;
     PromptDialogue dialogue(port, prompt, "");
@@ -38,20 +36,14 @@ TEST(SetInternalGps, SwitchesThenSavesWithALineForEachStep) {
                                "Save Setup..................... Success\r\n");
     EXPECT_LT(port.Written().find("GPS yes\r"), port.Written().find("SaveSetup\r"));
     EXPECT_TRUE(prompt.messages.empty());
-}
 
-TEST(SetInternalGps, FirstFailedStepEndsTheSequence) {
-    ScriptedPort port;
-    port.OnWrite("GPS no\r", "\r\nERROR\r\n>", 20);
-    AddPromptAnswer(port);
-    RecordingPrompt prompt;
-    PromptDialogue dialogue(port, prompt, "");
-    TextWindow window;
-
+    // The first failed step ends the sequence.
+    window.text.clear();
+    const size_t before = port.Written().size();
     EXPECT_EQ(SetInternalGps(dialogue, false, &window), 0);
     EXPECT_EQ(window.text, "Enable Internal GPS............ Failed\r\n");
-    EXPECT_NE(port.Written().find("GPS no\r"), std::string::npos);
-    EXPECT_EQ(port.Written().find("SaveSetup"), std::string::npos);
+    EXPECT_NE(port.Written().find("GPS no\r", before), std::string::npos);
+    EXPECT_EQ(port.Written().find("SaveSetup", before), std::string::npos);
 }
 
 TEST(ReadInternalDeclination, WakesAsksForGpsOutputAndReadsTheRmc) {

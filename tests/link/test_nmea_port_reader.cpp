@@ -3,15 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "link/nmea_port_reader.h"
 #include "link/scripted_port.h"
+#include "link_test_support.h"
 
 namespace rm {
 namespace {
@@ -19,31 +16,6 @@ namespace {
 const std::string kGga = "$GPGGA,123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
 const std::string kGxp = "$GPGXP,101010,3000.0,S,1130.0,W\r\n";
 const std::string kRmcWest = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
-
-class TempDir {
-public:
-    TempDir() {
-        char pattern[] = "/tmp/nmea_port_XXXXXX";
-        const char* made = mkdtemp(pattern);
-        path_ = made ? made : "";
-    }
-    ~TempDir() {
-        if (!path_.empty()) std::system(("rm -rf '" + path_ + "'").c_str());
-    }
-    const std::string& Path() const { return path_; }
-
-private:
-    std::string path_;
-};
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream ss;
-    ss << in.rdbuf();
-    return ss.str();
-}
-
-bool FileExists(const std::string& path) { return std::ifstream(path).good(); }
 
 // Keeps every progress call, to check the steps of a wait.
 class ProgressLog : public RecordingPrompt {
@@ -57,16 +29,15 @@ public:
 };
 
 TEST(NmeaPoll, FeedsTheStreamAndAppendsRawBytesBesideTheDataFileWhileRecording) {
-    TempDir dir;
-    ASSERT_FALSE(dir.Path().empty());
-    const std::string dataFile = dir.Path() + "/river01.kvr";
+    test::ScratchDir dir;
+    const std::string dataFile = dir.File("river01.kvr");
     ScriptedPort port;
     port.ArriveAt(0, kGga + "$GPRMC,1");
     port.ArriveAt(50, "23519,A\r\n");
 
     NmeaPortReader gps = MakeGpsPortReader();
     gps.SetRecordingDataFile(dataFile);
-    EXPECT_EQ(gps.RawCopyFile(), dir.Path() + "/river01.raw_gps");  // ".kvr" dropped
+    EXPECT_EQ(gps.RawCopyFile(), dir.File("river01.raw_gps"));  // ".kvr" dropped
     EXPECT_EQ(PollGpsPort(gps, &port), static_cast<int>(kGga.size() + 8));
     EXPECT_EQ(SentenceLine(gps.Sentences(), "GGA"), kGga.substr(0, kGga.size() - 2));
     EXPECT_EQ(gps.Sentences().FindIndex("RMC"), -1);  // its line has not ended yet
@@ -74,7 +45,7 @@ TEST(NmeaPoll, FeedsTheStreamAndAppendsRawBytesBesideTheDataFileWhileRecording) 
     port.SleepMs(50);
     EXPECT_EQ(PollGpsPort(gps, &port), 9);
     EXPECT_EQ(SentenceLine(gps.Sentences(), "RMC"), "$GPRMC,123519,A");
-    EXPECT_EQ(ReadFile(gps.RawCopyFile()), kGga + "$GPRMC,123519,A\r\n");
+    EXPECT_EQ(test::ReadWholeFile(gps.RawCopyFile()), kGga + "$GPRMC,123519,A\r\n");
     EXPECT_FALSE(gps.RawCopyFailed());
 
     // Stopping the recording stops the copy; a poll with nothing read writes nothing.
@@ -82,10 +53,10 @@ TEST(NmeaPoll, FeedsTheStreamAndAppendsRawBytesBesideTheDataFileWhileRecording) 
     port.ArriveAt(60, kGxp);
     port.SleepMs(10);
     EXPECT_EQ(PollGpsPort(gps, &port), static_cast<int>(kGxp.size()));
-    EXPECT_EQ(ReadFile(dir.Path() + "/river01.raw_gps"), kGga + "$GPRMC,123519,A\r\n");
+    EXPECT_EQ(test::ReadWholeFile(dir.File("river01.raw_gps")), kGga + "$GPRMC,123519,A\r\n");
 }
 
-TEST(NmeaPoll, TakesAtMostOneBufferAndNothingFromAMissingPort) {
+TEST(NmeaPoll, TakesAtMostOneBufferNothingFromAMissingPortAndFlagsAnUnwritableCopy) {
     ScriptedPort port;
     port.ArriveAt(0, std::string(15000, 'x'));
     NmeaPortReader gps = MakeGpsPortReader();
@@ -99,17 +70,16 @@ TEST(NmeaPoll, TakesAtMostOneBufferAndNothingFromAMissingPort) {
     int bytes = 7;
     EXPECT_EQ(WaitForFix(gps, nullptr, 1000, nullptr, bytes), 0);
     EXPECT_EQ(bytes, 0);
-}
 
-TEST(NmeaPoll, UnwritableRawCopyIsFlaggedAndTheSentencesStillCount) {
-    ScriptedPort port;
-    port.ArriveAt(0, kGga);
-    NmeaPortReader gps = MakeGpsPortReader();
-    gps.SetRecordingDataFile("/nonexistent-folder-for-nmea-test/a.kvr");
-    EXPECT_EQ(gps.Poll(&port), static_cast<int>(kGga.size()));
-    EXPECT_TRUE(gps.RawCopyFailed());
+    // A raw copy that cannot be written is flagged, and the sentences still count.
+    ScriptedPort fixes;
+    fixes.ArriveAt(0, kGga);
+    NmeaPortReader copying = MakeGpsPortReader();
+    copying.SetRecordingDataFile("/nonexistent-folder-for-nmea-test/a.kvr");
+    EXPECT_EQ(copying.Poll(&fixes), static_cast<int>(kGga.size()));
+    EXPECT_TRUE(copying.RawCopyFailed());
     GpsFix fix;
-    EXPECT_EQ(TakeNewestFix(gps.Sentences(), fix), 1);
+    EXPECT_EQ(TakeNewestFix(copying.Sentences(), fix), 1);
 }
 
 TEST(WaitForFix, DrainsOldBytesThenTakesTheFirstFixThatDecodes) {
@@ -166,11 +136,11 @@ TEST(WaitForDepth, StopsAtADptOrDbtThatDecodes) {
     port.ArriveAt(0, "$SDDPT,7.0\r\n");  // old: drained
     port.ArriveAt(200, "$GPDPT,1.0\r\n");  // other talker
     NmeaPortReader echo = MakeEchoPortReader(EchoSounderSettings{});
-    TempDir dir;
-    echo.SetRecordingDataFile(dir.Path() + "/x.kvr");
+    test::ScratchDir dir;
+    echo.SetRecordingDataFile(dir.File("x.kvr"));
     int bytes = 0;
     ASSERT_EQ(WaitForDepth(echo, &port, 2000, nullptr, bytes), 1);
-    EXPECT_TRUE(FileExists(dir.Path() + "/x.raw_echo"));
+    EXPECT_TRUE(std::filesystem::exists(dir.File("x.raw_echo")));
     EXPECT_GE(port.NowMs(), 400u);
     EXPECT_LT(port.NowMs(), 500u);
     EXPECT_DOUBLE_EQ(ReadEchoDepth(echo.Sentences(), EchoSounderSettings{}, 0, 0, 1), 9.1);

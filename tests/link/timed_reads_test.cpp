@@ -4,55 +4,37 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 namespace rm {
 namespace {
 
-TEST(TimedReads, LineReadStopsAfterLineFeedAndLeavesBinaryBytesWaiting) {
-    ScriptedPort port;
-    port.ArriveAt(0, std::string("OK\r\n\x64\x00", 6));
-    std::string line;
-    EXPECT_EQ(port.ReadStringTimed(line, 99, kLineEnd, 1000), 4);
-    EXPECT_EQ(line, "OK\r\n");
-    EXPECT_EQ(port.RxCount(), 2);  // the two length bytes are still there
-    EXPECT_EQ(port.ReadChar(), 0x64);
-}
-
-TEST(TimedReads, LineReadSkipsLineEndsBeforeTheText) {
-    // The line feed that follows an echoed carriage return is not an empty answer.
-    ScriptedPort port;
-    port.ArriveAt(0, "\n\r\nKVR 2\r\n>");
-    std::string line;
-    port.ReadStringTimed(line, 511, kLineEnd, 1000);
-    EXPECT_EQ(line, "KVR 2\r\n");
-}
-
-TEST(TimedReads, LineReadJoinsASplitDeliveryWithinItsLimit) {
-    ScriptedPort port;
-    port.ArriveAt(10, "O");
-    port.ArriveAt(400, "K\r\n");
-    std::string line;
-    port.ReadStringTimed(line, 99, kLineEnd, 1000);
-    EXPECT_EQ(line, "OK\r\n");
-    EXPECT_EQ(port.NowMs(), 400u);  // returned at the line end, not at the limit
-}
-
-TEST(TimedReads, LineReadReturnsWhatCameWhenTheLimitPasses) {
-    ScriptedPort port;
-    port.ArriveAt(10, "O");
-    port.ArriveAt(1500, "K\r\n");
-    std::string line;
-    EXPECT_EQ(port.ReadStringTimed(line, 99, kLineEnd, 1000), 1);
-    EXPECT_EQ(line, "O");
-    EXPECT_EQ(port.NowMs(), 1000u);
-}
-
-TEST(TimedReads, LineReadStopsWhenTheLengthIsFull) {
-    ScriptedPort port;
-    port.ArriveAt(0, "0123456789\r\n");
-    std::string line;
-    EXPECT_EQ(port.ReadStringTimed(line, 4, kLineEnd, 1000), 4);
-    EXPECT_EQ(line, "0123");
-    EXPECT_EQ(port.RxCount(), 8);
+// A line read (limit 1000 ms) ends at its line feed, at its length or at its limit; line ends
+// before the text are skipped, so the line feed after an echoed carriage return is no answer.
+TEST(TimedReads, LineReadEndsAtTheLineFeedTheLengthOrTheLimit) {
+    struct Case {
+        std::vector<std::pair<uint32_t, std::string>> arrivals;
+        int maxLength;
+        std::string line;
+        uint64_t endMs;
+        int left;  // bytes still waiting
+    } cases[] = {
+        {{{0, std::string("OK\r\n\x64\x00", 6)}}, 99, "OK\r\n", 0, 2},  // binary bytes stay
+        {{{0, "\n\r\nKVR 2\r\n>"}}, 511, "KVR 2\r\n", 0, 1},
+        {{{10, "O"}, {400, "K\r\n"}}, 99, "OK\r\n", 400, 0},  // a split delivery within the limit
+        {{{10, "O"}, {1500, "K\r\n"}}, 99, "O", 1000, 0},
+        {{{0, "0123456789\r\n"}}, 4, "0123", 0, 8},
+    };
+    for (const Case& c : cases) {
+        ScriptedPort port;
+        for (const auto& [at, bytes] : c.arrivals) port.ArriveAt(at, bytes);
+        std::string line;
+        EXPECT_EQ(port.ReadStringTimed(line, c.maxLength, kLineEnd, 1000), static_cast<int>(c.line.size()));
+        EXPECT_EQ(line, c.line);
+        EXPECT_EQ(port.NowMs(), c.endMs) << c.line;
+        EXPECT_EQ(port.RxCount(), c.left) << c.line;
+    }
 }
 
 TEST(TimedReads, CharReadGivesMinusEightWhenTheLimitPasses) {

@@ -10,13 +10,9 @@
 namespace rm {
 namespace {
 
-class TextWindow : public DisplayWindow {
-public:
-    std::string text;
-    void Append(char c) override { text.push_back(c); }
-};
-
-std::string VerReply(const std::string& answer) { return "\r\n" + answer + "\r\n>"; }
+using test::SendCommandTime;
+using test::TextWindow;
+using test::VerReply;
 
 class WakeUpTest : public ::testing::Test {
 protected:
@@ -28,16 +24,6 @@ protected:
         port.OnWrite("\r", ">", 0, true);
         if (!breakBanner.empty()) port.OnBreak(breakBanner, 100);
     }
-    // Virtual time of SendCommand alone on a fresh instrument at its prompt.
-    static uint64_t SendCommandTime(const std::string& command) {
-        ScriptedPort twin;
-        twin.SetEcho(true);
-        twin.OnWrite("\r", ">", 0, true);
-        RecordingPrompt quiet;
-        PromptDialogue d(twin, quiet, "");
-        d.SendCommand(command, '>', true, nullptr);
-        return twin.NowMs();
-    }
 
     test::ScratchDir dir;
     ScriptedPort port;
@@ -46,19 +32,17 @@ protected:
 };
 
 TEST_F(WakeUpTest, AnInstrumentAtItsPromptCostsOneCommandAndTwoShortReads) {
-    test::ScriptAwakeInstrument(port, VerReply("KVR 2 Ripple"));
+    // The marker byte the line gives before the answer is skipped.
+    test::ScriptAwakeInstrument(port, "\xE8KVR 2 Ripple\r\n>");
     std::string answer;
     EXPECT_EQ(WakeInstrument(dialogue, 0, nullptr, nullptr, &answer), kWakeKvr);
     EXPECT_EQ(answer, "KVR 2 Ripple\r\n");
     EXPECT_EQ(port.Written(), " \rVer\r");
     EXPECT_TRUE(port.Breaks().empty());
     EXPECT_LT(port.NowMs(), 1000u);
-}
-
-TEST_F(WakeUpTest, ANonZeroAddressSendsTheSelectionFirst) {
-    test::ScriptAwakeInstrument(port, VerReply("KVR"));
+    // A non-zero address sends the selection first.
     EXPECT_EQ(WakeInstrument(dialogue, 3, nullptr, nullptr), kWakeKvr);
-    EXPECT_EQ(port.Written().substr(0, 5), "\xF0\xF0\xE0\xF3 ");
+    EXPECT_EQ(port.Written().substr(6, 5), "\xF0\xF0\xE0\xF3 ");
 }
 
 TEST_F(WakeUpTest, ASleepingInstrumentWakesOnTheBreakAndItsBannerScrollsIn) {
@@ -119,17 +103,16 @@ TEST_F(WakeUpTest, AnSdi12BannerEndsTheWakeUpEvenWithAPrompt) {
     EXPECT_EQ(port.Written().find("Ver"), std::string::npos);
 }
 
-TEST_F(WakeUpTest, ALineThatCannotBeDrainedIsReported) {
+TEST_F(WakeUpTest, ALineThatCannotBeDrainedOrABreakThatCannotBeSentIsReported) {
     port.SetReadCostUs(20);
     port.Flood(0, 10, 100000000, 'x');
     EXPECT_EQ(WakeAndReport(dialogue, nullptr), kWakeCannotDrain);
-    EXPECT_EQ(prompt.messages, std::vector<std::string>{"FAIL_TO_WAKE_UP_INSTRUMENT1"});
-}
-
-TEST_F(WakeUpTest, ABreakThatCannotBeSentIsReported) {
-    port.FailBreak(kSerialIoError);
-    EXPECT_EQ(WakeAndReport(dialogue, nullptr), kWakeBreakFailed);
-    EXPECT_EQ(prompt.messages, std::vector<std::string>{"FAIL_TO_WAKE_UP_INSTRUMENT2"});
+    ScriptedPort noBreak;
+    noBreak.FailBreak(kSerialIoError);
+    PromptDialogue second(noBreak, prompt, "");
+    EXPECT_EQ(WakeAndReport(second, nullptr), kWakeBreakFailed);
+    EXPECT_EQ(prompt.messages,
+              (std::vector<std::string>{"FAIL_TO_WAKE_UP_INSTRUMENT1", "FAIL_TO_WAKE_UP_INSTRUMENT2"}));
 }
 
 TEST_F(WakeUpTest, AVerThatCannotBeSentIsReported) {
@@ -143,13 +126,6 @@ TEST_F(WakeUpTest, OnlyTheAnswerLineIsSearchedNeverTheBanner) {
     ScriptSleepingInstrument("KVR ZSN banner\r\n>", VerReply("Hello"));
     EXPECT_EQ(WakeAndReport(dialogue, nullptr), kWakeUnknownSystem);
     EXPECT_EQ(prompt.messages, std::vector<std::string>{"FAIL_TO_WAKE_UP_INSTRUMENT5"});
-}
-
-TEST_F(WakeUpTest, AMarkerByteBeforeTheAnswerIsSkipped) {
-    test::ScriptAwakeInstrument(port, "\xE8KVR 7 x\r\n>");
-    std::string answer;
-    EXPECT_EQ(WakeInstrument(dialogue, 0, nullptr, nullptr, &answer), kWakeKvr);
-    EXPECT_EQ(answer, "KVR 7 x\r\n");
 }
 
 TEST_F(WakeUpTest, ASkiffjackWithASilentSystemTypeCostsTheCommandAndTwoReads) {
@@ -220,27 +196,23 @@ TEST(WakeResultText, EveryResultHasItsWords) {
 
 // --- the short version question
 
-TEST_F(WakeUpTest, TheVersionByteIsTheFifthCharacterOfTheAnswer) {
+TEST_F(WakeUpTest, TheVersionQuestionKeepsTheFifthCharacterOfAKvrAnswerOnly) {
     test::ScriptAwakeInstrument(port, "\xE8KVR 7 Ripple\r\n>");
     uint8_t version = 0;
     EXPECT_EQ(ReadInstrumentVersion(dialogue, version), 1);
     EXPECT_EQ(version, static_cast<uint8_t>('7'));
     EXPECT_TRUE(prompt.messages.empty());
-}
 
-TEST_F(WakeUpTest, AnAnswerOfAnotherSystemIsAnErrorAndKeepsTheByte) {
-    test::ScriptAwakeInstrument(port, VerReply("ZSN 7"));
-    uint8_t version = 45;
-    EXPECT_EQ(ReadInstrumentVersion(dialogue, version), 0);
-    EXPECT_EQ(version, 45);
-    EXPECT_EQ(prompt.messages, std::vector<std::string>{"Error communicating with System"});
-}
-
-TEST_F(WakeUpTest, AVersionQuestionThatCannotBeSentFailsWithoutItsOwnMessage) {
-    uint8_t version = 45;
-    EXPECT_EQ(ReadInstrumentVersion(dialogue, version), 0);
-    EXPECT_EQ(version, 45);
-    EXPECT_EQ(prompt.messages, std::vector<std::string>{"FAIL TO LOCATE PROMPT"});
+    ScriptedPort zsn, silent;
+    test::ScriptAwakeInstrument(zsn, VerReply("ZSN 7"));
+    for (ScriptedPort* line : {&zsn, &silent}) {
+        PromptDialogue d(*line, prompt, "");
+        version = 45;
+        EXPECT_EQ(ReadInstrumentVersion(d, version), 0);
+        EXPECT_EQ(version, 45);
+    }
+    // The silent line fails without a message of its own, after the dialogue's.
+    EXPECT_EQ(prompt.messages, (std::vector<std::string>{"Error communicating with System", "FAIL TO LOCATE PROMPT"}));
 }
 
 }  // namespace

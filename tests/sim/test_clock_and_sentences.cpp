@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "data/nmea_gps_fix.h"
 #include "data/nmea_sentences.h"
 #include "sim/nmea_output.h"
@@ -11,12 +13,8 @@ namespace rm::sim {
 namespace {
 
 void ExpectTime(const CivilTime& t, int y, int mo, int d, int h, int mi, int s) {
-    EXPECT_EQ(t.year, y);
-    EXPECT_EQ(t.month, mo);
-    EXPECT_EQ(t.day, d);
-    EXPECT_EQ(t.hour, h);
-    EXPECT_EQ(t.minute, mi);
-    EXPECT_EQ(t.second, s);
+    EXPECT_EQ((std::vector<int>{t.year, t.month, t.day, t.hour, t.minute, t.second}),
+              (std::vector<int>{y, mo, d, h, mi, s}));
 }
 
 TEST(SimClockTest, SecondsCrossDaysMonthsAndLeapYears) {

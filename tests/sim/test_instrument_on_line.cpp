@@ -9,6 +9,7 @@
 #include "link/collection_start.h"
 #include "link/logged_reads.h"
 #include "link/prepare_collection.h"
+#include "link/profile_sizes.h"
 #include "link/record_transfer.h"
 #include "link/user_setup_retrieval.h"
 #include "link/wake_up.h"
@@ -22,54 +23,20 @@ namespace {
 
 using Args = std::vector<std::string>;
 
-// The default instrument: 20 cells x 4 beams x 4 bytes + 80 header + 18 bottom track + 2 checksum.
-constexpr size_t kDefaultFrameSize = 4 * 20 * 4 + 82 + 18;
 // The end of the start answer's last line stands before the first frame.
 constexpr size_t kStartAnswerTail = 2;
 
-class InstrumentOnLine : public LiveDevice {
-protected:
-    // Starts collecting with `extra` options and reads `count` frames.
-    std::vector<Frame> CollectFrames(const Args& extra, int count) {
-        Args args{"instrument", "--interval", "0.1"};
-        args.insert(args.end(), extra.begin(), extra.end());
-        Launch(args);
-        std::vector<Frame> frames;
-        if (HasFatalFailure()) return frames;
-        EXPECT_EQ(StartCollection(*dialogue, false), 1);
-        for (int i = 0; i < count; ++i) {
-            Frame f;
-            if (!ReadFrame(*port, kDefaultFrameSize, f)) break;
-            frames.push_back(f);
-        }
-        return frames;
-    }
-};
-
-TEST_F(InstrumentOnLine, WakeUpTellsEachFamily) {
-    const std::pair<const char*, int> cases[] = {{"kvr", kWakeKvr}, {"skiffjack", kWakeSkiffjack}, {"zsn", kWakeZsn}};
-    for (const auto& [family, expected] : cases) {
-        Launch({"instrument", "--family", family});
-        ASSERT_FALSE(HasFatalFailure());
-        EXPECT_EQ(WakeInstrument(*dialogue, 0, nullptr, nullptr), expected) << family;
-        TearDown();
-    }
-}
-
-TEST_F(InstrumentOnLine, VersionCarriesTheFirmwareByte) {
-    Launch({"instrument", "--cpu-version", "120"});
-    ASSERT_FALSE(HasFatalFailure());
-    uint8_t cpu = 0;
-    EXPECT_EQ(ReadInstrumentVersion(*dialogue, cpu), 1);
-    EXPECT_EQ(cpu, 120);
-}
+using InstrumentOnLine = LiveDevice;
 
 TEST_F(InstrumentOnLine, UserSetupRetrievalReadsRecordsAndLimits) {
-    Launch({"instrument", "--cells", "24", "--serial", "R2D2"});
+    Launch({"instrument", "--cells", "24", "--serial", "R2D2", "--cpu-version", "120"});
     ASSERT_FALSE(HasFatalFailure());
     CKvrData kvr;
     InstrumentLinkState state;
     ASSERT_EQ(RetrieveUserSetup(*dialogue, kvr, state), kRetrievalDone) << ::testing::PrintToString(prompt.messages);
+    uint8_t cpu = 0;  // the firmware byte is the fifth character of the "Ver" line
+    EXPECT_EQ(ReadInstrumentVersion(*dialogue, cpu), 1);
+    EXPECT_EQ(cpu, 120);
     EXPECT_EQ(kvr.conf.SerialNumber, "R2D2");
     EXPECT_EQ(kvr.user.NumberOfCells, 24);
     EXPECT_EQ(state.BottomTrackMode, 1);
@@ -89,6 +56,8 @@ TEST_F(InstrumentOnLine, UpLookingSystemIsRefusedAtTheConfiguration) {
     EXPECT_NE(prompt.messages.back().find(" will only operate with DOWN looking systems"), std::string::npos);
 }
 
+// The setup sent shapes the frames; in pulse-coherent mode the start goes by the mode's own
+// dialogue and the frames carry the 36-byte shallow-water block.
 TEST_F(InstrumentOnLine, TransmittedUserSetupShapesTheFrames) {
     Launch({"instrument", "--interval", "0.1", "--max-profiles", "2"});
     ASSERT_FALSE(HasFatalFailure());
@@ -99,15 +68,24 @@ TEST_F(InstrumentOnLine, TransmittedUserSetupShapesTheFrames) {
     kvr.oper = records.oper;
     kvr.user = records.user;
     kvr.user.NumberOfCells = 12;
+    kvr.user.PCMode = 1;
+    kvr.user.AveragingInterval = kvr.user.ProfileInterval = 10;  // tenths of a second in this mode
     ASSERT_EQ(TransmitUserSettings(*dialogue, kvr), 1) << ::testing::PrintToString(prompt.messages);
     kvr.user.NumberOfCells = 0;
     ASSERT_EQ(GetUserRecord(*dialogue, kvr, state), 1);
     EXPECT_EQ(kvr.user.NumberOfCells, 12);
-    ASSERT_EQ(StartCollection(*dialogue, false), 1);
-    Frame f;
-    // 12 cells x 4 beams x 4 bytes + 80 header + 18 bottom track + 2 checksum.
-    ASSERT_TRUE(ReadFrame(*port, 4 * 12 * 4 + 100, f));
-    EXPECT_TRUE(f.checksumGood);
+    ASSERT_EQ(state.PCMode, 1);
+    state.Sizes = ComputeProfileSizes(kvr.conf, kvr.user, state);
+    // 12 cells x 4 beams x 4 bytes + 80 header + 36 shallow water + 18 bottom track + 2 checksum.
+    ASSERT_EQ(state.Sizes.ProfileSize, 4 * 12 * 4 + 136);
+    ASSERT_EQ(SetBinaryOutput(*dialogue, true), 1) << ::testing::PrintToString(prompt.messages);
+    ASSERT_EQ(StartCollection(*dialogue, true), 1) << ::testing::PrintToString(prompt.messages);
+    for (uint32_t n = 1; n <= 2; ++n) {
+        Frame f;
+        ASSERT_TRUE(ReadFrame(*port, static_cast<size_t>(state.Sizes.ProfileSize), f));
+        EXPECT_TRUE(f.checksumGood);
+        EXPECT_EQ(f.Number(), n);
+    }
 }
 
 TEST_F(InstrumentOnLine, PreparedCollectionSendsCheckedFramesUntilABreak) {
@@ -139,48 +117,7 @@ TEST_F(InstrumentOnLine, PreparedCollectionSendsCheckedFramesUntilABreak) {
     EXPECT_GT(truth["discharge"].get<double>(), 0.0);
 }
 
-TEST_F(InstrumentOnLine, NoiseBeforeFramesIsSkippedByTheSyncSearch) {
-    const std::vector<Frame> frames = CollectFrames({"--noise-before-frames", "--max-profiles", "2"}, 2);
-    ASSERT_EQ(frames.size(), 2u);
-    EXPECT_EQ(frames[0].skipped, kStartAnswerTail + sim::FrameNoise().size());
-    EXPECT_EQ(frames[1].skipped, sim::FrameNoise().size());
-    for (const Frame& f : frames) EXPECT_TRUE(f.checksumGood);
-}
-
-TEST_F(InstrumentOnLine, EverySecondFrameHasABadChecksum) {
-    const std::vector<Frame> frames = CollectFrames({"--bad-checksum-every", "2", "--max-profiles", "3"}, 3);
-    ASSERT_EQ(frames.size(), 3u);
-    EXPECT_TRUE(frames[0].checksumGood);
-    EXPECT_FALSE(frames[1].checksumGood);
-    EXPECT_TRUE(frames[2].checksumGood);
-}
-
-TEST_F(InstrumentOnLine, LostFrameLeavesAGapInTheNumbers) {
-    const std::vector<Frame> frames = CollectFrames({"--lose-frame", "2", "--max-profiles", "3"}, 2);
-    ASSERT_EQ(frames.size(), 2u);
-    EXPECT_EQ(frames[0].Number(), 1u);
-    EXPECT_EQ(frames[1].Number(), 3u);
-}
-
-TEST_F(InstrumentOnLine, RestartedNumberingCountsFromOneAgain) {
-    const std::vector<Frame> frames = CollectFrames({"--restart-numbering-at", "3", "--max-profiles", "4"}, 4);
-    ASSERT_EQ(frames.size(), 4u);
-    const uint32_t expected[] = {1, 2, 1, 2};
-    for (size_t i = 0; i < 4; ++i) {
-        EXPECT_EQ(frames[i].Number(), expected[i]);
-        EXPECT_TRUE(frames[i].checksumGood);
-    }
-}
-
-TEST_F(InstrumentOnLine, SilentAndEchoLessInstrumentsFailTheDialogue) {
-    Launch({"instrument", "--silent"});
-    ASSERT_FALSE(HasFatalFailure());
-    port->WriteStringTimed(" ", kLineEnd, 100);
-    std::string banner;
-    EXPECT_EQ(ReadUntilPattern(*port, banner, 512, ">", 300, nullptr, nullptr), 0);
-    EXPECT_TRUE(banner.empty());
-    TearDown();
-
+TEST_F(InstrumentOnLine, AnEchoLessInstrumentFailsTheCharacterDialogue) {
     Launch({"instrument", "--no-echo"});
     ASSERT_FALSE(HasFatalFailure());
     char echo = 0;

@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <climits>
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -13,21 +12,12 @@
 #include <vector>
 
 #include "sim/river_scenario.h"
+#include "sim/sim_process.h"
 #include "sim/truth.h"
 #include "sim_test_support.h"
 
 namespace rm::sim {
 namespace {
-
-// The folder of the built programs: $RM_BIN_DIR, else the folder of this test program.
-std::string BinDir() {
-    if (const char* dir = std::getenv("RM_BIN_DIR")) return dir;
-    char self[PATH_MAX];
-    const ssize_t n = readlink("/proc/self/exe", self, sizeof self - 1);
-    if (n <= 0) return "build/bin";
-    std::string path(self, static_cast<size_t>(n));
-    return path.substr(0, path.find_last_of('/'));
-}
 
 std::string ReadText(const std::string& path) {
     std::ifstream in(path);
@@ -42,7 +32,7 @@ struct ProgramRun {
 };
 
 ProgramRun KvrSim(const simtest::ScratchFolder& dir, const std::vector<std::string>& args) {
-    std::string command = "'" + BinDir() + "/kvr-sim'";
+    std::string command = "'" + KvrSimProgram() + "'";
     for (const std::string& a : args) command += " '" + a + "'";
     command += " >'" + dir.File("stdout") + "' 2>'" + dir.File("stderr") + "'";
     const int raw = std::system(command.c_str());
@@ -125,10 +115,8 @@ TEST(KvrSimCliTest, WrongArgumentsExitWithUsageStatus) {
         EXPECT_TRUE(r.out.empty()) << line;
     }
     EXPECT_TRUE(simtest::FileBytes(out).empty());
-}
 
-TEST(KvrSimCliTest, UnwritableFileIsAFailureWithAMessage) {
-    simtest::ScratchFolder dir;
+    // A file that cannot be written is a failure with a message, not a usage error.
     const ProgramRun r = KvrSim(dir, {"river", "--out", dir.File("no/such/folder/x.kvr")});
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find("x.kvr"), std::string::npos);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "data/byte_io.h"
 #include "data/gps_velocity.h"
@@ -65,14 +66,10 @@ TEST(RecordingTest, FileReadsBackWithTheRequestedSetup) {
     EXPECT_EQ(rec.data.user.DeploymentName, "setup");
     // Profile 1 starts at the start time; 60 profiles of 2 s later the year has turned.
     const ProfileTime first = rec.data.FirstProfileTime(), last = rec.data.LastProfileTime();
-    EXPECT_EQ(first.year, 2023);
-    EXPECT_EQ(first.hour, 23);
-    EXPECT_EQ(first.second, 30);
-    EXPECT_EQ(last.year, 2024);
-    EXPECT_EQ(last.month, 1);
-    EXPECT_EQ(last.day, 1);
-    EXPECT_EQ(last.minute, 1);
-    EXPECT_EQ(last.second, 28);  // 23:59:30 + 59 x 2 s
+    EXPECT_EQ((std::vector<int>{first.year, first.hour, first.second}), (std::vector<int>{2023, 23, 30}));
+    // 23:59:30 + 59 x 2 s
+    EXPECT_EQ((std::vector<int>{last.year, last.month, last.day, last.minute, last.second}),
+              (std::vector<int>{2024, 1, 1, 1, 28}));
     for (size_t i = 0; i < rec.profiles.size(); ++i) {
         const ProfileRecord& p = rec.profiles[i];
         EXPECT_EQ(p.header.profileNumber, i + 1);

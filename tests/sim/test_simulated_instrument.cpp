@@ -1,4 +1,7 @@
 // The simulated instrument's command line and collection, driven byte by byte without a line.
+// How each family names itself, and the silent, echo-less and sleeping instruments, are tried
+// against the link over a pseudo-terminal (test_instrument_on_line.cpp and the command-line
+// tool's wake tests).
 
 #include <gtest/gtest.h>
 
@@ -7,6 +10,7 @@
 
 #include "data/byte_io.h"
 #include "data/instrument_records.h"
+#include "sim/live_transect.h"
 #include "sim/simulated_instrument.h"
 
 namespace rm::sim {
@@ -33,22 +37,6 @@ TEST_F(InstrumentAtPrompt, EchoesTheCommandAndAnswersWithMarkedVersionLine) {
     // The fifth character is the firmware byte of the configuration (100 by default).
     EXPECT_EQ(static_cast<uint8_t>(answer[4]), 100);
     EXPECT_EQ(out.back(), '>');
-}
-
-TEST_F(InstrumentAtPrompt, FailureModesChangeWhatComesBack) {
-    InstrumentBehaviour silent;
-    silent.silent = true;
-    Make(silent);
-    EXPECT_EQ(Send(" Ver\r\x00"), "");
-    InstrumentBehaviour mute;
-    mute.echo = false;
-    Make(mute);
-    EXPECT_EQ(Send(" "), "\r\n>");  // a fresh prompt, but no echo of the blank
-    InstrumentBehaviour asleep;
-    asleep.startAsleep = true;
-    Make(asleep);
-    EXPECT_EQ(Send("Ver\r"), "");
-    EXPECT_NE(Send(std::string(1, '\0')).find("Command mode\r\n>"), std::string::npos);
 }
 
 TEST_F(InstrumentAtPrompt, LimitErrorsHaveNineWordsAndInRangeValuesChangeTheSetup) {
@@ -137,6 +125,74 @@ TEST_F(InstrumentAtPrompt, CollectionSendsOneFramePerIntervalUntilABreak) {
     EXPECT_EQ(ended.crossing.intervalS, 1);
 }
 
+TEST_F(InstrumentAtPrompt, PulseCoherentModeKeepsIntervalsInTenthsAndAddsTheShallowWaterBlock) {
+    EXPECT_NE(Send("pm yes\r").find("OK PCMode set to YES"), std::string::npos);
+    EXPECT_EQ(instrument->Records().user.PCMode, 1);
+    EXPECT_EQ(instrument->Records().user.AveragingInterval, 10);  // 1 s in tenths
+    EXPECT_EQ(instrument->Records().user.ProfileInterval, 10);
+    // The banner's 'U' comes before the acknowledgement, where the link looks for it.
+    const std::string setup = Send("Setup\r");
+    EXPECT_LT(setup.find('U'), setup.find("OK"));
+    Send("Start\r", 0.0);
+    instrument->Advance(1.0);
+    // 20 cells x 4 beams x 4 bytes + 80 header + 36 shallow water + 18 bottom track + 2.
+    const std::string frame = instrument->TakeOutput();
+    ASSERT_EQ(frame.size(), 4 * 20 * 4 + 136u);
+    // The block follows the header, filled as a ping that found no usable cell: one ping, its
+    // velocities and references bad (32767).
+    const ByteReader block(reinterpret_cast<const uint8_t*>(frame.data()) + 80, 36);
+    EXPECT_EQ(block.u32(0), 1u);
+    for (size_t beam = 0; beam < 4; ++beam) {
+        EXPECT_EQ(block.i16(12 + 2 * beam), 32767);
+        EXPECT_EQ(block.i16(24 + 2 * beam), 32767);
+    }
+    Send(std::string(1, '\0'), 1.5);
+    Send("pm no\r", 2.0);
+    EXPECT_EQ(instrument->Records().user.AveragingInterval, 1);
+}
+
+// Each fault of the line changes only what it names: against the frames of a clean line.
+TEST(LiveTransectTest, FaultsChangeOnlyTheFramesTheyName) {
+    RiverScenario scenario;
+    scenario.outputPath = "live.kvr";
+    const InstrumentRecords records = BuildInstrumentRecords(scenario);
+    auto frames = [&](const FrameFaults& faults) {
+        LiveTransect transect(ScenarioForRecords(scenario, records), records, faults, 4);
+        std::vector<std::string> out;
+        for (std::string bytes; transect.Next(bytes);) out.push_back(bytes);
+        return out;
+    };
+    auto number = [](const std::string& f) {
+        return ByteReader(reinterpret_cast<const uint8_t*>(f.data()), f.size()).u32(14);
+    };
+    auto checksumGood = [](const std::string& f) {
+        const auto* b = reinterpret_cast<const uint8_t*>(f.data());
+        return RecordChecksum(b, f.size() - 2) == ByteReader(b, f.size()).u16(f.size() - 2);
+    };
+    const std::vector<std::string> clean = frames({});
+    ASSERT_EQ(clean.size(), 4u);
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(clean[i].size(), 4 * 20 * 4 + 100u);
+        EXPECT_EQ(number(clean[i]), i + 1);
+        EXPECT_TRUE(checksumGood(clean[i]));
+    }
+    FrameFaults noise, badSum, lost, renumbered;
+    noise.noiseBeforeFrames = true;
+    badSum.badChecksumEvery = 2;
+    lost.loseFrame = 2;
+    renumbered.restartNumberingAt = 3;
+    const auto noisy = frames(noise), bad = frames(badSum), gap = frames(lost), again = frames(renumbered);
+    for (size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(noisy[i], FrameNoise() + clean[i]);
+        EXPECT_EQ(bad[i].substr(0, bad[i].size() - 2), clean[i].substr(0, clean[i].size() - 2));
+        EXPECT_EQ(checksumGood(bad[i]), i % 2 == 0) << i;
+        EXPECT_EQ(gap[i], i == 1 ? std::string() : clean[i]);
+        EXPECT_EQ(number(again[i]), i < 2 ? i + 1 : i - 1);
+        EXPECT_TRUE(checksumGood(again[i]));
+    }
+    EXPECT_EQ(FrameNoise().find('\xA5'), std::string::npos);
+}
+
 TEST_F(InstrumentAtPrompt, StopCommandEndsCollectionAndAnswersWithThePrompt) {
     Send("Start\r", 0.0);
     EXPECT_EQ(instrument->CurrentMode(), SimulatedInstrument::Mode::Collecting);
@@ -144,19 +200,6 @@ TEST_F(InstrumentAtPrompt, StopCommandEndsCollectionAndAnswersWithThePrompt) {
     EXPECT_NE(out.find("OK"), std::string::npos);
     EXPECT_EQ(out.back(), '>');
     EXPECT_EQ(instrument->CurrentMode(), SimulatedInstrument::Mode::Prompt);
-}
-
-TEST_F(InstrumentAtPrompt, SiblingFamiliesNameThemselves) {
-    InstrumentBehaviour b;
-    b.family = InstrumentFamily::Skiffjack;
-    Make(b);
-    EXPECT_NE(Send("Ver\r").find("TLM"), std::string::npos);
-    EXPECT_EQ(Send("systemtype\r").find("ZSN"), std::string::npos);
-    b.family = InstrumentFamily::Zsn;
-    Make(b);
-    const std::string out = Send("Ver\r");
-    EXPECT_NE(out.find("ZSN"), std::string::npos);
-    EXPECT_EQ(out.find("KVR"), std::string::npos);
 }
 
 }  // namespace

@@ -50,7 +50,11 @@ void WriteTruth(const InstrumentValues& v, const RiverScenario& scenario, const 
 }
 
 std::string CheckBehaviour(InstrumentValues& v) {
-    if (!ParseInstrumentFamily(v.family, v.behaviour.family)) return "--family must be kvr, skiffjack or zsn";
+    if (!ParseInstrumentFamily(v.family, v.behaviour.family)) {
+        std::string names;
+        for (const std::string& name : InstrumentFamilyNames()) names += (names.empty() ? "" : ", ") + name;
+        return "--family must be one of " + names;
+    }
     v.behaviour.echo = !v.noEcho;
     v.behaviour.replyMarker = !v.noMarker;
     const FrameFaults& f = v.behaviour.faults;
@@ -102,7 +106,9 @@ void AddInstrumentCommand(CLI::App& app, SubcommandRunners& runners) {
     sub->add_option("--truth", v->truthPath, "file for the truth of each collection (default: stderr)");
     AddRiverOptions(*sub, v->river, RiverOptionUse::Live);
     InstrumentBehaviour& b = v->behaviour;
-    sub->add_option("--family", v->family, "kvr, skiffjack or zsn")->capture_default_str();
+    sub->add_option("--family", v->family,
+                    "kvr, hullstar, skiffjack, skiffjack-zsn, zsn, zsn6600, flow, vnq or unknown")
+        ->capture_default_str();
     sub->add_option("--orientation", b.orientation, "down, up or side")
         ->transform(CLI::CheckedTransformer(kOrientations, CLI::ignore_case))
         ->default_str("down");

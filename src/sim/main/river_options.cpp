@@ -59,6 +59,8 @@ void AddInstrument(CLI::App& sub, InstrumentOptions& in) {
     sub.add_option("--bottom-track", in.bottomTrackMode, "0 off, 1 on, 2 with the shallow-water ping")
         ->check(CLI::Range(0, 2))
         ->capture_default_str();
+    sub.add_flag("--pulse-coherent", in.pulseCoherent,
+                 "pulse-coherent mode (PCMode): frames carry the shallow-water block");
     sub.add_option("--cpu-version", in.cpuVersion, "firmware version x 10 (44 to 164)")->capture_default_str();
     sub.add_option("--serial", in.serialNumber, "serial number")->capture_default_str();
     sub.add_option("--temperature", in.temperatureC, "water temperature, degrees C")->capture_default_str();
