@@ -14,7 +14,9 @@
 // acquisition tick; every profile that arrives (or is lost) is taken by the same pass as a
 // profile of a file (ProfileSource, ProcessProfile), with the live source of
 // live_profile_source.h, and the discharge tables are refreshed at once. ToggleRecord starts and
-// ends the recording; StopAcquisition takes the instrument out of collecting.
+// ends the recording, with the edge questions of the start and the end of a transect; Pause
+// ends it too and stops the tick, and the resume records a new file; StopAcquisition takes the
+// instrument out of collecting.
 //
 // Reading errors while loading or playing: "KVR DataFile: Incorrect file format" during the
 // first window, "Incorrect file format" later; the position stays at the last good profile and
@@ -39,6 +41,7 @@
 #include "link/live_acquisition.h"
 #include "link/port_record.h"
 #include "processing/discharge_data.h"
+#include "processing/edge_dialogs.h"
 #include "processing/processing_context.h"
 #include "processing/profile_source.h"
 #include "processing/recompute_pass.h"
@@ -63,6 +66,20 @@ struct LiveConnection {
     SerialPort* echo = nullptr;
     std::string commandLogPath;  // empty: no command log
 };
+
+// The edge dialog of the start and of the end of a transect, as a question to the person. Shown
+// the bank `shown.side` (0 left, 1 right; the person may choose the other one), `shown.atStart`,
+// and the method, field value and measured distance in force for that bank, it returns what the
+// person entered, or nothing when the person cancelled.
+class EdgeQuestion {
+public:
+    virtual ~EdgeQuestion() = default;
+    virtual std::optional<EdgeDialogValues> AskEdge(const EdgeDialogValues& shown) = 0;
+};
+
+// How often the edge question is put again after an answer that fails its check; after that the
+// answer counts as cancelled.
+constexpr int kEdgeQuestionTries = 3;
 
 class CSurveyKVRDoc {
 public:
@@ -153,7 +170,13 @@ public:
     int PlayState() const { return transport_.State(); }
     // The status pane; empty in live mode while no instrument port is open.
     std::string StatusText() const;
+    // In live mode Play after Pause resumes (below).
     void Play();
+    // Playback: stops the timer (paused); again: Play. Live while collecting: a recording is
+    // ended as by StopRecording, the acquisition tick stops and RunState is 3; from RunState 3 a
+    // resume sets the tick counters to a full interval, starts the 1000 ms timer (1107) and runs
+    // ToggleRecord with the request of the last recording, so a new file is recorded (none when
+    // nothing was recorded before). The owner goes on calling OnAcquisitionTick every 250 ms.
     void Pause();
     void Stop();
     void FullRewind();
@@ -174,10 +197,17 @@ public:
     // Timer 1106: one acquisition tick; a profile taken is processed at once.
     void OnAcquisitionTick();
     // RunState 1: names and creates the data file and its .pmk, starts the measurement and the
-    // recording. RunState 2: StopRecording. False when no recording started.
+    // recording, and puts the start edge question (below). RunState 2: StopRecording. False
+    // when no recording started.
     bool ToggleRecord(const DataFileNameRequest& request);
-    // Ends the file; the far edge is computed and the totals refreshed; collection goes on.
+    // Ends the file: the end edge question, the far edge and the totals, and the recording's
+    // .cfg (its bank profiles counted in records of the file); collection goes on.
     void StopRecording();
+    // With the application setting "AskForEdgeDistances" on, ToggleRecord and StopRecording put
+    // the edge question to `question` (null: no question; the edges are the Discharge keys). An
+    // answer is checked as the dialog checks it (a failure is told through the UserPrompt and the
+    // question put again with the answer shown) and stored as the dialog's OK stores it.
+    void SetEdgeQuestion(EdgeQuestion* question) { edgeQuestion_ = question; }
     // RunState 0, the timer stops, and the instrument is woken out of collecting.
     void StopAcquisition();
     // The count-down of the seconds to the next profile ("%4d"); "--" in playback.
@@ -210,7 +240,12 @@ private:
     void BeginLiveTables();
     void ResetRunningSums();
     void SetFarBankProfile(int profileCount);
-    void EndOfRecordingTables();
+    void EndOfRecording();
+    void AskEdge(bool atStart);
+    void PlaceLostGpsPoint(int item);
+    void PauseLive();
+    void ResumeLive();
+    bool LiveCollecting() const;
     void SyncLiveState();
     LiveDeviceSettings LiveDevices() const;
 
@@ -248,6 +283,8 @@ private:
     std::unique_ptr<LiveProfileSource> liveSource_;
     std::function<void(int, bool)> liveObserver_;
     int lastLiveItem_ = 0;  // the last ProfileCount taken into the tables
+    EdgeQuestion* edgeQuestion_ = nullptr;
+    std::optional<DataFileNameRequest> recordRequest_;  // of the last recording, for a resume
     ProfileHeader firstProfileHeader_;
 };
 

@@ -3,9 +3,11 @@
 // live source), with the discharge tables refreshed after each one.
 
 #include <algorithm>
+#include <cmath>
 
 #include "app/live_profile_source.h"
 #include "app/survey_document.h"
+#include "data/gps_velocity.h"
 #include "link/prepare_collection.h"
 #include "link/prompt_dialogue.h"
 #include "processing/measurement_start.h"
@@ -16,6 +18,12 @@ namespace rm {
 namespace {
 constexpr int kPhaseLiveMeasurement = 2;
 constexpr uint8_t kEchoBad = 3;
+// A position of this size or more is no position (the sentinel 32767.0 among them).
+constexpr double kImpossiblePosition = 15000.0;
+
+bool UsablePosition(double latitude, double longitude) {
+    return std::fabs(latitude) < kImpossiblePosition && std::fabs(longitude) < kImpossiblePosition;
+}
 }  // namespace
 
 std::string CSurveyKVRDoc::StatusText() const {
@@ -88,7 +96,7 @@ void CSurveyKVRDoc::OnAcquisitionTick() {
     const bool recording = live_->RunState() == kRunRecording;
     live_->OnAcquisitionTick();
     // A disk failure ends the recording inside the acquisition: the tables end with it.
-    if (recording && live_->RunState() != kRunRecording) EndOfRecordingTables();
+    if (recording && live_->RunState() != kRunRecording) EndOfRecording();
     SyncLiveState();
 }
 
@@ -133,13 +141,37 @@ void CSurveyKVRDoc::TakeLiveItem(int item, bool good) {
     ProcessingContext ctx = Context();
     liveSource_->SetArrived(item, good);
     TakeProfile(ctx, *liveSource_, item);
-    if (good || item < 2 || !live_) return;
+    if (good) return;
+    if (connection_.link->GpsOn) PlaceLostGpsPoint(item);
+    if (item < 2) return;
     // A lost profile keeps the echo sounder's last depth, marked bad.
     const int slot = ctx.SlotOfProfile(item);
     SlotResults& results = slots_[static_cast<size_t>(slot)];
     if (live_->Slot(item).echoFlag == kSlotEmpty) return;
     results.echoStatus = kEchoBad;
     results.echoDepth = slots_[static_cast<size_t>(ctx.SlotOfProfile(item - 1))].echoDepth;
+}
+
+void CSurveyKVRDoc::PlaceLostGpsPoint(int item) {
+    // A lost profile stands on the GPS track where the stored position puts it, measured from
+    // the track's origin as the good profiles are. Without a usable stored position or origin
+    // it holds the previous profile's point (the track's start for the first).
+    ProcessingContext ctx = Context();
+    SlotResults& results = slots_[static_cast<size_t>(ctx.SlotOfProfile(item))];
+    const SlotResults* previous = item > 1 ? &slots_[static_cast<size_t>(ctx.SlotOfProfile(item - 1))] : nullptr;
+    results.gpsTrackPoint = previous != nullptr ? previous->gpsTrackPoint : TrackPoint{};
+    results.gpsStatus = kGpsBad;
+    const GpsFix& stored = live_->LastPosition();
+    const double originLatitude = state_.gpsOriginLatitude, originLongitude = state_.gpsOriginLongitude;
+    if (stored.Time < 0.0 || !UsablePosition(stored.Latitude, stored.Longitude) ||
+        !UsablePosition(originLatitude, originLongitude))
+        return;
+    GpsTrackPoint before;
+    if (previous != nullptr) before = {previous->gpsTrackPoint.East, previous->gpsTrackPoint.North,
+                                       previous->gpsTrackPoint.Distance};
+    const GpsTrackPoint point = LostProfileTrackPoint(originLatitude, originLongitude, stored.Latitude,
+                                                      stored.Longitude, previous != nullptr ? &before : nullptr);
+    results.gpsTrackPoint = TrackPoint{point.East, point.North, point.Distance};
 }
 
 void CSurveyKVRDoc::TakeLiveProfile(int profileCount, bool good) {
@@ -184,6 +216,7 @@ bool CSurveyKVRDoc::ToggleRecord(const DataFileNameRequest& request) {
         SyncLiveState();
         return false;
     }
+    recordRequest_ = request;
     SplitPath(live_->DataPath());
     MeasurementSource source;
     source.fileName = path_;
@@ -193,23 +226,52 @@ bool CSurveyKVRDoc::ToggleRecord(const DataFileNameRequest& request) {
     source.magneticDeclination = data_.derived.magneticDeclination;
     source.transducerDepth = data_.user.SensorDepth * 0.01;
     StartMeasurement(discharge_, source, false, data_);
+    AskEdge(true);
     SnapshotSettings();
     BeginLiveTables();
     SyncLiveState();
     return true;
 }
 
-void CSurveyKVRDoc::EndOfRecordingTables() {
+void CSurveyKVRDoc::EndOfRecording() {
+    AskEdge(false);
+    SnapshotSettings();
     ProcessingContext ctx = Context();
     UpdateEdgesAtEnd(ctx, false);
     FinishPass(ctx);
+    // The .cfg belongs to the data file, whose records are the profiles written: lost profiles
+    // are counted live but not written, so the bank profiles are counted again in records.
+    const int written = live_->ProfilesWritten();
+    if (written > 0) {
+        const bool startsLeft = settings_.CorrectedStartBankSide != 1;
+        const NodeRef discharge = DischargeNode(root_);
+        discharge.SetValue("LeftProfile", Variant(int32_t{startsLeft ? 1 : written}));
+        discharge.SetValue("RightProfile", Variant(int32_t{startsLeft ? written : 1}));
+    }
+    SaveSideFile();
 }
 
 void CSurveyKVRDoc::StopRecording() {
     if (!live_ || live_->RunState() != kRunRecording) return;
     live_->StopRecording();
-    EndOfRecordingTables();
+    EndOfRecording();
     SyncLiveState();
+}
+
+void CSurveyKVRDoc::PauseLive() {
+    if (!live_) return;
+    StopRecording();
+    if (!live_->Pause()) return;
+    SyncLiveState();
+    transport_.KillTimer();
+}
+
+void CSurveyKVRDoc::ResumeLive() {
+    if (!live_ || !live_->Resume()) return;
+    SyncLiveState();
+    transport_.StartTimer(kLiveProfileTimerPeriodMs);
+    // Without an earlier recording there is no file to follow on from: collection goes on.
+    if (recordRequest_) ToggleRecord(*recordRequest_);
 }
 
 void CSurveyKVRDoc::StopAcquisition() {
@@ -230,9 +292,13 @@ void CSurveyKVRDoc::StopAcquisition() {
     SyncLiveState();
 }
 
-bool CSurveyKVRDoc::CanExitApplication() {
+bool CSurveyKVRDoc::LiveCollecting() const {
     const int state = PlayState();
-    if (Mode() != kModeLive || (state != kStateRunning && state != kStateRecording)) return true;
+    return Mode() == kModeLive && (state == kStateRunning || state == kStateRecording || state == kStatePaused);
+}
+
+bool CSurveyKVRDoc::CanExitApplication() {
+    if (!LiveCollecting()) return true;
     if (!prompt_.AskYesNo(kCollectionInProgressQuestion)) return false;
     StopAcquisition();
     return true;

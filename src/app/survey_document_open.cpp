@@ -153,8 +153,7 @@ void CSurveyKVRDoc::CloseDocument() {
 }
 
 bool CSurveyKVRDoc::OnCloseDocument() {
-    const int state = transport_.State();
-    if (Mode() == kModeLive && (state == kStateRunning || state == kStateRecording)) {
+    if (LiveCollecting()) {
         if (!prompt_.AskYesNo(kStopCollectionQuestion)) return false;
         StopAcquisition();
     }

@@ -9,12 +9,12 @@ namespace rm {
 void CSurveyKVRDoc::PrepareMove() { transport_.ResetTickCounters(data_.user, data_.derived); }
 
 void CSurveyKVRDoc::Play() {
-    transport_.SetState(kStateRunning);
-    transport_.KillTimer();
     if (Mode() == kModeLive) {
-        transport_.StartTimer(kLiveProfileTimerPeriodMs);
+        if (transport_.State() == kStatePaused) ResumeLive();
         return;
     }
+    transport_.SetState(kStateRunning);
+    transport_.KillTimer();
     transport_.StartTimer(transport_.SpeedPeriodMs());
     if (rebuildOnPlay_) {
         rebuildOnPlay_ = false;
@@ -23,6 +23,14 @@ void CSurveyKVRDoc::Play() {
 }
 
 void CSurveyKVRDoc::Pause() {
+    if (Mode() == kModeLive) {
+        if (transport_.State() == kStatePaused) {
+            ResumeLive();
+        } else {
+            PauseLive();
+        }
+        return;
+    }
     if (transport_.State() == kStatePaused) {
         Play();
         return;

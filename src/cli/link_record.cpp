@@ -8,13 +8,13 @@
 #include "cli/measurement_output.h"
 #include "cli/processing_session.h"
 #include "cli/record_command.h"
-#include "app/settings_path.h"
 #include "app/survey_document.h"
 #include "link/port_record.h"
 #include "link/prepare_collection.h"
 #include "link/prompt_dialogue.h"
 #include "link/user_setup_retrieval.h"
 #include "processing/display_units.h"
+#include "processing/edges.h"
 
 namespace rm::cli {
 
@@ -47,8 +47,6 @@ bool OpenNmeaPort(SerialPortFactory& factory, const PortChoice& choice, std::uni
     if (!port) prompt.Message(error);
     return port != nullptr;
 }
-
-std::vector<std::string> EdgeAssignments(const RecordChoices& c, int written);
 
 // Opens the instrument's port and reads its setup into the document's records; then the GPS
 // choice: an external receiver on the command line, otherwise the instrument's own receiver when
@@ -109,50 +107,29 @@ void PrintProgress(const CSurveyKVRDoc& doc, int profileCount, bool good) {
                  units == 1 ? "m^3/s" : "ft^3/s");
 }
 
-// The command line's edges for the live document; the bank profiles are set as profiles come.
-bool SetLiveEdges(const RecordChoices& c, CSurveyKVRDoc& doc, UserPrompt& prompt) {
-    for (const std::string& assignment : EdgeAssignments(c, 1)) {
-        if (assignment.rfind("Discharge/LeftProfile=", 0) == 0 || assignment.rfind("Discharge/RightProfile=", 0) == 0)
-            continue;
-        const SettingAssignment result = AssignSetting(doc.Root(), assignment);
-        if (!result.ok) {
-            prompt.Message(result.message);
-            return false;
-        }
+// The edge questions of the recording answered from the command line: the bank of the start and
+// the distance to each bank; method and number of profiles as the dialog shows them. The live
+// document stores the answers and writes them to the recording's .cfg.
+class CommandLineEdges : public EdgeQuestion {
+public:
+    explicit CommandLineEdges(const RecordChoices& choices) : choices_(choices) {}
+    std::optional<EdgeDialogValues> AskEdge(const EdgeDialogValues& shown) override {
+        EdgeDialogValues answer = shown;
+        if (shown.atStart) answer.side = choices_.startBank;
+        answer.measuredDistance = answer.side == kSideLeft ? choices_.leftDistance : choices_.rightDistance;
+        return answer;
     }
-    return true;
-}
 
-std::vector<std::string> EdgeAssignments(const RecordChoices& c, int written) {
-    const int nearBank = 1;
-    const int farBank = written > 0 ? written : 1;
-    const int left = c.startBank == 0 ? nearBank : farBank;
-    const int right = c.startBank == 0 ? farBank : nearBank;
-    auto text = [](double v) {
-        std::ostringstream s;
-        s.precision(17);
-        s << v;
-        return s.str();
-    };
-    return {
-        "Discharge/MeasuredStartBankSide=" + std::to_string(c.startBank),
-        "Discharge/CorrectedStartBankSide=" + std::to_string(c.startBank),
-        "Discharge/LeftProfile=" + std::to_string(left),
-        "Discharge/RightProfile=" + std::to_string(right),
-        "Discharge/MeasuredLeftDistance=" + text(c.leftDistance),
-        "Discharge/CorrectedLeftDistance=" + text(c.leftDistance),
-        "Discharge/MeasuredRightDistance=" + text(c.rightDistance),
-        "Discharge/CorrectedRightDistance=" + text(c.rightDistance),
-    };
-}
+private:
+    const RecordChoices& choices_;
+};
 
-// Processes the recording with the edges of the command line, writes its .cfg and prints the
+// Processes the recording with the .cfg the live document wrote, writes it again and prints the
 // measurement; with --json also the total the live document reached (`liveTotal`, m3/s).
 int ReportMeasurement(const RecordChoices& choices, const std::string& dataPath, int written, double liveTotal,
                       std::ostream& out) {
     ProcessingOptions options;
     options.path = dataPath;
-    options.sets = EdgeAssignments(choices, written);
     ProcessingSession session;
     const int opened = OpenProcessingSession(options, session);
     if (opened != kExitOk) return opened;
@@ -202,7 +179,8 @@ int RunRecordCommand(SerialPortFactory& factory, const RecordChoices& choices, U
     CSurveyKVRDoc doc(app, prompt, kModeLive);
     InstrumentLinkState link;
     if (!ReadInstrumentSetup(factory, choices, ports, doc.Data(), link, prompt)) return kExitFailure;
-    if (!SetLiveEdges(choices, doc, prompt)) return kExitUsage;
+    CommandLineEdges edges(choices);
+    doc.SetEdgeQuestion(&edges);
 
     LiveConnection connection;
     connection.factory = &factory;

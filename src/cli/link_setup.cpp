@@ -56,7 +56,7 @@ int RunSetupCommand(SerialPortFactory& factory, const SetupChoices& choices, Use
     InstrumentLinkState state;
     const int retrieved = RetrieveUserSetup(dialogue, kvr, state);
     if (retrieved != kRetrievalDone) {
-        prompt.Message("Reading the instrument's settings stopped at step " + std::to_string(-retrieved) + ".");
+        prompt.Message(RetrievalFailureText(retrieved));
         return kExitFailure;
     }
 

@@ -3,7 +3,9 @@
 // measurement. The instrument's setup is read, collection is prepared and started, the
 // acquisition tick runs every 250 ms, recording starts at once and ends after a number of
 // profiles or seconds (or at an interrupt), the instrument is taken out of collecting, and the
-// recording is processed as `process` would, with the edges given on the command line.
+// recording is processed as `process` would. The edges given on the command line answer the
+// live document's edge questions at the start and end of the recording, so they reach the .cfg
+// the live document writes.
 
 #include <csignal>
 #include <ostream>

@@ -69,13 +69,17 @@ bool LiveAcquisition::BeginCollection() {
     overdueTicks_ = 0;
     lastFix_ = GpsFix{};
     firstPosition_ = GpsFix{};
-    tickReload_ = static_cast<int>(IntervalSeconds() * 4.0);
-    tickCounter_ = tickReload_;
+    ResetTickCounters();
     return true;
 }
 
+void LiveAcquisition::ResetTickCounters() {
+    tickReload_ = static_cast<int>(IntervalSeconds() * 4.0);
+    tickCounter_ = tickReload_;
+}
+
 void LiveAcquisition::OnAcquisitionTick() {
-    if (runState_ == kRunStopped || instrument_ == nullptr) return;
+    if ((runState_ != kRunReady && runState_ != kRunRecording) || instrument_ == nullptr) return;
     if (--tickCounter_ < 0) {
         ++overdueTicks_;
         tickCounter_ = 0;
@@ -172,6 +176,20 @@ void LiveAcquisition::StopRecording() {
     echo_.SetRecordingDataFile("");
 }
 
+bool LiveAcquisition::Pause() {
+    if (runState_ != kRunReady) return false;
+    runState_ = kRunPaused;
+    return true;
+}
+
+bool LiveAcquisition::Resume() {
+    if (runState_ != kRunPaused) return false;
+    runState_ = kRunReady;
+    overdueTicks_ = 0;
+    ResetTickCounters();
+    return true;
+}
+
 void LiveAcquisition::StopAcquisition(PromptDialogue* dialogue) {
     StopRecording();
     runState_ = kRunStopped;
@@ -181,8 +199,7 @@ void LiveAcquisition::StopAcquisition(PromptDialogue* dialogue) {
     slot.echoFlag = kSlotEmpty;
     // Waking the instrument takes it out of collecting.
     if (dialogue != nullptr) WakeAndReport(*dialogue, nullptr);
-    tickReload_ = static_cast<int>(IntervalSeconds() * 4.0);
-    tickCounter_ = tickReload_;
+    ResetTickCounters();
 }
 
 }  // namespace rm

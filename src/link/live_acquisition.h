@@ -132,6 +132,11 @@ public:
     // recording could not start (the person has been told why).
     bool ToggleRecord(const DataFileNameRequest& request, const PmkSettings& pmk);
     void StopRecording();
+    // Pause of collection: RunState 3, the tick does nothing (the instrument's frames wait on the
+    // port). Only from RunState 1; false otherwise.
+    bool Pause();
+    // From RunState 3: RunState 1 with the tick counters at a full interval, as at the start.
+    bool Resume();
     // RunState 0; with a dialogue the instrument is woken out of collecting.
     void StopAcquisition(PromptDialogue* dialogue);
 
@@ -158,6 +163,9 @@ public:
     // The record of profile `profileCount` in the CKvrData ring.
     const ProfileRecord& Record(int profileCount) const { return kvr_.Slot(static_cast<int>(SlotIndex(profileCount))); }
     const GpsFix& FirstPosition() const { return firstPosition_; }
+    // The stored position: the fix of the last profile (Time below 0 before any, and after a
+    // restart of the numbering, when its position is the sentinel).
+    const GpsFix& LastPosition() const { return lastFix_; }
     const NmeaPortReader& GpsReader() const { return gps_; }
     const NmeaPortReader& EchoReader() const { return echo_; }
 
@@ -176,6 +184,7 @@ private:
     void WriteWave();
     bool AppendToDataFile(const std::function<bool()>& write);
     void MarkLostSlot();
+    void ResetTickCounters();
 
     CKvrData& kvr_;
     InstrumentLinkState& link_;

@@ -61,4 +61,13 @@ int RetrieveUserSetup(PromptDialogue& dialogue, CKvrData& kvr, InstrumentLinkSta
     return kRetrievalDone;
 }
 
+std::string RetrievalFailureText(int result) {
+    static const char* const kStepTexts[kRetrievalSteps] = {
+        kInterfacingText,        kKvrOptionsText,   kKvrUserConfigurationText, kKvrUserSettingsText,
+        kOperationalSettingsText, kSystemLimitsText, kDruckSettingsText,        kBottomTrackSettingsText};
+    const int step = -result;
+    const std::string where = step >= 1 && step <= kRetrievalSteps ? kStepTexts[step - 1] : std::to_string(result);
+    return std::string(kRetrievingSettingsTitle) + " stopped at: " + where;
+}
+
 }  // namespace rm

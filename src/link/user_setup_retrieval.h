@@ -4,6 +4,8 @@
 // calibration when it has one, and bottom track availability. The first failing step ends the
 // sequence; its message has been shown by the step itself.
 
+#include <string>
+
 #include "data/kvr_data.h"
 #include "link/link_state.h"
 #include "link/prompt_dialogue.h"
@@ -47,5 +49,9 @@ bool NeedsDruckRecord(const InstrumentConf& conf);
 // bottom track step never fails the sequence: an instrument that cannot say counts as one
 // without bottom tracking.
 int RetrieveUserSetup(PromptDialogue& dialogue, CKvrData& kvr, InstrumentLinkState& state, RawLog* raw = nullptr);
+
+// The closing line for a person when the sequence failed: which step it stopped at, by the
+// step's progress text, e.g. "Retrieving KVR Settings stopped at: Interfacing with KVR".
+std::string RetrievalFailureText(int result);
 
 }  // namespace rm

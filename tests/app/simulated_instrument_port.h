@@ -8,11 +8,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <memory>
 #include <string>
 
 #include "link/serial_port.h"
+#include "sim/nmea_output.h"
 #include "sim/simulated_instrument.h"
 
 namespace rm::doctest {
@@ -111,9 +114,57 @@ public:
         return std::make_unique<SimulatedInstrumentPort>(line_);
     }
     std::string PortPath(int index) const override { return index == 0 ? "simulated" : ""; }
+    SimulatedLine& Line() { return line_; }
 
 private:
     SimulatedLine line_;
+};
+
+// An external GPS receiver on the line's clock: every read gives one GGA sentence of the boat at
+// that moment (10:00:00 at time 0), which moves from 45 N 7 E by 1e-5 degree a second in
+// latitude and in longitude. A silent receiver gives nothing.
+class SimulatedGpsPort : public SerialPort {
+public:
+    static constexpr double kStartLatitude = 45.0, kStartLongitude = 7.0, kDegreesPerSecond = 1e-5;
+
+    SimulatedGpsPort(const SimulatedLine& line, bool talks) : line_(line), talks_(talks) {}
+
+    int Status() const override { return kSerialOk; }
+    bool IsOpen() const override { return true; }
+    std::string Name() const override { return "gps"; }
+    std::string ErrorText() const override { return {}; }
+    void Close() override {}
+    int RxCount() override { return talks_ ? static_cast<int>(Sentence().size()) : 0; }
+    int ReadChar() override { return kSerialNoData; }
+    int PeekChar() override { return kSerialNoData; }
+    int ReadBuffer(uint8_t* dst, int count) override {
+        if (!talks_) return 0;
+        const std::string text = Sentence();
+        const int n = std::min(count, static_cast<int>(text.size()));
+        std::memcpy(dst, text.data(), static_cast<size_t>(n));
+        return n;
+    }
+    int ClearRXBuffer() override { return kSerialOk; }
+    int WaitForRx(uint32_t) override { return RxCount(); }
+    int WriteBufferTimed(const uint8_t*, int count, uint32_t) override { return count; }
+    int ClearTxBuffer() override { return kSerialOk; }
+    int SendBreak(uint32_t) override { return kSerialOk; }
+    void SleepMs(uint32_t) override {}
+    uint32_t TickMs() override { return static_cast<uint32_t>(line_.nowUs / 1000); }
+
+private:
+    std::string Sentence() const {
+        const double t = static_cast<double>(line_.nowUs) * 1e-6;
+        const sim::NmeaAngle lat = sim::FormatNmeaLatitude(kStartLatitude + kDegreesPerSecond * t);
+        const sim::NmeaAngle lon = sim::FormatNmeaLongitude(kStartLongitude + kDegreesPerSecond * t);
+        char time[16];
+        std::snprintf(time, sizeof time, "10%02d%05.2f", static_cast<int>(t / 60.0), std::fmod(t, 60.0));
+        return "$GPGGA," + std::string(time) + "," + lat.value + "," + lat.hemisphere + "," + lon.value + "," +
+               lon.hemisphere + ",1,10,0.8,12.0,M,0.0,M,,*00\r\n";
+    }
+
+    const SimulatedLine& line_;
+    bool talks_;
 };
 
 }  // namespace rm::doctest

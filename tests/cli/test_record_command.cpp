@@ -216,8 +216,16 @@ TEST_F(RecordCommand, LostFrameLeavesAGapAndRenumberingGoesOnInTheSameFile) {
     {
         StartInstrument(4, {"--lose-frame", "2"});
         ASSERT_FALSE(HasFatalFailure());
-        const ProcessResult r = Record(3);
+        const ProcessResult r =
+            Record(3, {"--start-bank", "right", "--left-distance", "4.5", "--right-distance", "2.25"});
         ASSERT_EQ(r.exitStatus, 0) << r.Describe() << r.err;
+        // The edges answered the live document's questions and came with its .cfg; the far (left)
+        // bank is the last record of the file (3), not the live count (4, with the lost one), or
+        // its edge would never be reached.
+        const nlohmann::json j = nlohmann::json::parse(r.out);
+        EXPECT_DOUBLE_EQ(j["LeftDistance"].get<double>(), 4.5);
+        EXPECT_DOUBLE_EQ(j["RightDistance"].get<double>(), 2.25);
+        EXPECT_NE(j["LeftDischarge"].get<double>(), 0.0);
         const auto records = RecordsOf(dir.File("T1.kvr"));
         ASSERT_EQ(records.size(), 3u);
         EXPECT_EQ(NumberOf(records[0]), 1u);

@@ -70,6 +70,7 @@ struct BrokenStep {
     const char* command;  // the command whose answer fails
     int result;
     const char* message;  // the last message shown
+    const char* closing;  // the step the closing line names
 };
 
 class RetrievalFailureTest : public RetrievalTest, public ::testing::WithParamInterface<BrokenStep> {};
@@ -83,16 +84,17 @@ TEST_P(RetrievalFailureTest, EndsAtTheFailingStepAndAsksNothingAfterIt) {
     EXPECT_EQ(Commands(), expected);
     ASSERT_FALSE(prompt.messages.empty());
     EXPECT_EQ(prompt.messages.back(), b.message);
+    EXPECT_EQ(RetrievalFailureText(b.result), std::string("Retrieving KVR Settings stopped at: ") + b.closing);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     EachStep, RetrievalFailureTest,
-    ::testing::Values(BrokenStep{"Get CONF", -3, "Failed to get the Kvr Sensor Configuration"},
-                      BrokenStep{"Get USER", -4, "Failed to get the Kvr User Setup Configuration"},
-                      BrokenStep{"Get OPER", -5, "Failed to get the Kvr Operation Configuration"},
-                      BrokenStep{"cs 9999", -6, "Failed to get System Limits"},
-                      BrokenStep{"nc 99999", -6, "Failed to get System Limits"},
-                      BrokenStep{"Get Druck", -7, "Error Getting System Variable Structure: "}));
+    ::testing::Values(BrokenStep{"Get CONF", -3, "Failed to get the Kvr Sensor Configuration", "KVR User Configuration"},
+                      BrokenStep{"Get USER", -4, "Failed to get the Kvr User Setup Configuration", "KVR User Settings"},
+                      BrokenStep{"Get OPER", -5, "Failed to get the Kvr Operation Configuration", "Operational Settings"},
+                      BrokenStep{"cs 9999", -6, "Failed to get System Limits", "System Limits"},
+                      BrokenStep{"nc 99999", -6, "Failed to get System Limits", "System Limits"},
+                      BrokenStep{"Get Druck", -7, "Error Getting System Variable Structure: ", "Druck Settings"}));
 
 TEST_F(RetrievalTest, AnUpLookingSystemIsRefusedAfterItsConfiguration) {
     test::ConfSpec conf;
