@@ -63,7 +63,7 @@ bool ReadInstrumentSetup(SerialPortFactory& factory, const RecordChoices& choice
         PromptDialogue dialogue(*ports.instrument.Port, prompt, "");
         const int retrieved = RetrieveUserSetup(dialogue, kvr, link);
         if (retrieved != kRetrievalDone) {
-            prompt.Message("Reading the instrument's settings stopped at step " + std::to_string(-retrieved) + ".");
+            prompt.Message(RetrievalFailureText(retrieved));
             return false;
         }
     }
