@@ -34,6 +34,18 @@ GpsDisplacement DisplacementBetween(double lat0, double lon0, double lat1, doubl
     return d;
 }
 
+GpsPosition PositionFrom(double lat0, double lon0, double east, double north) {
+    // The radius depends on the mean latitude, which depends on the answer: a few rounds of
+    // substitution settle it (each round gains a factor of about 1e-5).
+    double latitude = lat0;
+    for (int round = 0; round < 4; ++round)
+        latitude = lat0 + north / (GpsEarthRadius((lat0 + latitude) * 0.5) * kRadiansPerDegree);
+    const double meanLatitude = (lat0 + latitude) * 0.5;
+    const double perDegreeEast =
+        std::cos(meanLatitude * kRadiansPerDegree) * GpsEarthRadius(meanLatitude) * kRadiansPerDegree;
+    return GpsPosition{latitude, lon0 + east / perDegreeEast};
+}
+
 GpsVelocity ComputeGpsVelocity(const GpsBlock& block) {
     GpsVelocity velocity;
     double dt = NmeaTimeToSeconds(block.endTime) - NmeaTimeToSeconds(block.startTime);

@@ -41,6 +41,15 @@ double NmeaTimeToSeconds(double hhmmss);
 // Displacement from (lat0, lon0) to (lat1, lon1), degrees, around their mean latitude.
 GpsDisplacement DisplacementBetween(double lat0, double lon0, double lat1, double lon1);
 
+// The position (latitude, longitude, degrees) that lies `east` and `north` metres from
+// (lat0, lon0): the inverse of DisplacementBetween, so that DisplacementBetween(lat0, lon0, the
+// result) gives back east and north to well below a millimetre over a river's width.
+struct GpsPosition {
+    double latitude = 0.0;
+    double longitude = 0.0;
+};
+GpsPosition PositionFrom(double lat0, double lon0, double east, double north);
+
 // Velocity over the profile's GPS block: displacement from the start fix to the end fix over
 // the time between them (a negative time step means midnight passed and gains 86400 s). Under
 // one second, both components are kGpsNoVelocity. Otherwise each is d x 10000 / dt rounded

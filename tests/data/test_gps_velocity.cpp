@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 #include "data/gps_velocity.h"
 
@@ -79,6 +80,25 @@ TEST(GpsTrack, LostProfilePointFromTheFirstFixAndAccumulatedDistance) {
     EXPECT_NEAR(second.North, 111.3194887, 1e-6);
     EXPECT_NEAR(second.East, 111.3194887, 1e-6);
     EXPECT_NEAR(second.Distance, 111.3194908 + 111.3194887, 2e-6);
+}
+
+
+TEST(GpsTrack, PositionFromIsTheInverseOfTheDisplacement) {
+    // Around a river at 47.5 N, 8.25 E and at a southern, western origin, out to a few km.
+    for (const auto& origin : {std::pair<double, double>{47.5, 8.25}, {-33.9, -70.6}, {0.0, 0.0}}) {
+        for (double east : {-2500.0, -0.4, 0.0, 130.0, 4000.0}) {
+            for (double north : {-3000.0, 0.0, 0.25, 75.0, 2000.0}) {
+                const GpsPosition p = PositionFrom(origin.first, origin.second, east, north);
+                const GpsDisplacement back = DisplacementBetween(origin.first, origin.second, p.latitude, p.longitude);
+                EXPECT_NEAR(back.east, east, 1e-6) << origin.first << " " << east << " " << north;
+                EXPECT_NEAR(back.north, north, 1e-6) << origin.first << " " << east << " " << north;
+            }
+        }
+    }
+    // One degree of latitude north of the equator: the mean latitude is 0.5 degree, where R is
+    // 6378137 - 0.5 x 237.611 m, so the degree is R x k metres long.
+    const double metres = 1.0 * GpsEarthRadius(0.5) * 0.0174532925199433;
+    EXPECT_NEAR(PositionFrom(0.0, 0.0, 0.0, metres).latitude, 1.0, 1e-9);
 }
 
 }  // namespace
