@@ -97,7 +97,7 @@ void BM_TrackNewProfile(benchmark::State& state) {
     int item = kProfiles / 2;
     for (auto _ : state) {
         QPainter painter(&image);
-        if (!map.PaintNewProfile(painter, rect, view, item)) std::abort();
+        if (map.PaintNewProfile(painter, rect, view, item).isEmpty()) std::abort();
         painter.end();
         benchmark::DoNotOptimize(image.constBits());
         item = item % kProfiles + 1;

@@ -58,26 +58,70 @@ PixelPoint VectorEnd(const TrackSample& s, PixelPoint from, const TrackView& vie
 struct Pens {
     QPen track, shallow, vector;
     explicit Pens(const TrackView& view) {
-        track = QPen(Colour(view.style.track), view.style.trackWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+        track = QPen(Colour(view.style.track), view.style.trackWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
         shallow = track;
         shallow.setColor(Colour(view.style.shallowTrack));
         vector = QPen(Colour(view.style.vector), view.style.vectorWidth, Qt::SolidLine, Qt::FlatCap);
     }
 };
 
-// Layer 3 for one sample.
-void DrawSample(QPainter& painter, const TrackMapping& m, const TrackView& view, const Pens& pens, int unitSystem,
-                const TrackSample* previous, const TrackSample& s) {
-    const PixelPoint at = m.PixelOf(s.east, s.north);
-    painter.setPen(view.drawShallowWaterPingTrack && s.shallow ? pens.shallow : pens.track);
-    if (previous == nullptr)
-        painter.drawPoint(ToQPoint(at));
-    else
-        painter.drawLine(ToQPoint(m.PixelOf(previous->east, previous->north)), ToQPoint(at));
-    if (s.HasWaterVelocity()) {
-        painter.setPen(pens.vector);
-        painter.drawLine(ToQPoint(at), ToQPoint(VectorEnd(s, at, view, unitSystem)));
+// Layer 3 as three batches of lines: the track in its pen, the track of shallow-water
+// profiles in theirs (over it), then every vector. A track of one profile is a point. With
+// `cull`, only the lines whose box meets it are kept.
+struct TrackLines {
+    std::vector<QLine> track, shallow, vectors;
+    bool single = false;
+    QPoint singlePoint;
+};
+
+bool Meets(const QLine& line, const QRect* cull) {
+    if (cull == nullptr) return true;
+    const QRect box = QRect(line.p1(), line.p2()).normalized().adjusted(-3, -3, 3, 3);
+    return box.intersects(*cull);
+}
+
+TrackLines LinesOf(const TrackSeries& series, size_t count, const TrackMapping& m, const TrackView& view,
+                   const QRect* cull) {
+    TrackLines lines;
+    count = std::min(count, series.samples.size());
+    if (cull == nullptr) {
+        lines.track.reserve(count);
+        lines.vectors.reserve(count);
     }
+    QPoint previous;
+    for (size_t i = 0; i < count; ++i) {
+        const TrackSample& s = series.samples[i];
+        const PixelPoint atPixel = m.PixelOf(s.east, s.north);
+        const QPoint at = ToQPoint(atPixel);
+        if (i > 0) {
+            const QLine line(previous, at);
+            if (Meets(line, cull)) (view.drawShallowWaterPingTrack && s.shallow ? lines.shallow : lines.track).push_back(line);
+        }
+        if (s.HasWaterVelocity()) {
+            const QLine vector(at, ToQPoint(VectorEnd(s, atPixel, view, series.unitSystem)));
+            if (Meets(vector, cull)) lines.vectors.push_back(vector);
+        }
+        previous = at;
+    }
+    if (count == 1) {
+        lines.single = true;
+        lines.singlePoint = previous;
+    }
+    return lines;
+}
+
+void DrawTrackLines(QPainter& painter, const TrackLines& lines, const TrackView& view, bool firstShallow) {
+    const Pens pens(view);
+    if (lines.single) {
+        painter.setPen(firstShallow && view.drawShallowWaterPingTrack ? pens.shallow : pens.track);
+        painter.drawPoint(lines.singlePoint);
+    }
+    painter.setPen(pens.track);
+    if (!lines.track.empty()) painter.drawLines(lines.track.data(), static_cast<int>(lines.track.size()));
+    painter.setPen(pens.shallow);
+    if (!lines.shallow.empty()) painter.drawLines(lines.shallow.data(), static_cast<int>(lines.shallow.size()));
+    painter.setPen(pens.vector);
+    if (!lines.vectors.empty()) painter.drawLines(lines.vectors.data(), static_cast<int>(lines.vectors.size()));
 }
 
 QColor WaypointColour(WaypointType type, const TrackStyle& style) {
@@ -309,47 +353,48 @@ TrackMapping TrackMappingOf(const QRect& rect, const TrackView& view, const Trac
     return MappingOf(view, TrackPositions(series, waypoints), ToPixelRect(rect));
 }
 
-void PaintTrack(QPainter& painter, const QRect& rect, const TrackView& view, const TrackSeries& series,
-                const WaypointList* waypoints) {
-    if (rect.isEmpty()) return;
+namespace {
+// Every layer of the first `count` samples; with `dirty` only what meets that rectangle, and
+// nothing outside it is touched.
+void PaintLayers(QPainter& painter, const QRect& rect, const TrackMapping& m, const TrackView& view,
+                 const TrackSeries& series, size_t count, const WaypointList* waypoints, const QRect* dirty) {
     painter.save();
-    PrepareCommon(painter, rect);
-    const TrackMapping m = TrackMappingOf(rect, view, series, waypoints);
-    painter.fillRect(rect, Colour(view.style.background));
+    PrepareCommon(painter, dirty != nullptr ? *dirty : rect);
+    painter.fillRect(dirty != nullptr ? *dirty : rect, Colour(view.style.background));
     const GridLines g = GridOf(m, view, series.unitSystem);
     DrawGridLines(painter, m, view, g);
-    const Pens pens(view);
-    const TrackSample* previous = nullptr;
-    for (const TrackSample& s : series.samples) {
-        DrawSample(painter, m, view, pens, series.unitSystem, previous, s);
-        previous = &s;
-    }
+    const bool firstShallow = !series.samples.empty() && series.samples.front().shallow;
+    DrawTrackLines(painter, LinesOf(series, count, m, view, dirty), view, firstShallow);
     DrawOverlays(painter, m, view, series.origin, g, series.unitSystem, waypoints);
     painter.restore();
 }
-
-namespace {
-bool PaintNewSample(QPainter& painter, const QRect& rect, const TrackView& view, int unitSystem,
-                    const TrackOrigin& origin, const TrackSample* previous, const TrackSample& sample,
-                    const WaypointList* waypoints) {
-    if (!(view.pixelsPerMetre > 0.0) || rect.isEmpty()) return false;
-    painter.save();
-    PrepareCommon(painter, rect);
-    const TrackMapping m = MappingOf(view, {}, ToPixelRect(rect));
-    const Pens pens(view);
-    DrawSample(painter, m, view, pens, unitSystem, previous, sample);
-    DrawOverlays(painter, m, view, origin, GridOf(m, view, unitSystem), unitSystem, waypoints);
-    painter.restore();
-    return true;
-}
 }  // namespace
 
-bool PaintTrackSample(QPainter& painter, const QRect& rect, const TrackView& view, const TrackSeries& series,
-                      size_t index, const WaypointList* waypoints) {
-    if (index >= series.samples.size()) return false;
-    const TrackSample* previous = index > 0 ? &series.samples[index - 1] : nullptr;
-    return PaintNewSample(painter, rect, view, series.unitSystem, series.origin, previous, series.samples[index],
-                          waypoints);
+void PaintTrack(QPainter& painter, const QRect& rect, const TrackView& view, const TrackSeries& series,
+                const WaypointList* waypoints) {
+    if (rect.isEmpty()) return;
+    const TrackMapping m = TrackMappingOf(rect, view, series, waypoints);
+    PaintLayers(painter, rect, m, view, series, series.samples.size(), waypoints, nullptr);
+}
+
+QRect PaintTrackSample(QPainter& painter, const QRect& rect, const TrackView& view, const TrackSeries& series,
+                       size_t index, const WaypointList* waypoints) {
+    if (!(view.pixelsPerMetre > 0.0) || rect.isEmpty() || index >= series.samples.size()) return QRect();
+    const TrackMapping m = MappingOf(view, {}, ToPixelRect(rect));
+    // The box of the new line and vector, with room for the pen.
+    const TrackSample& s = series.samples[index];
+    const PixelPoint at = m.PixelOf(s.east, s.north);
+    QRect box(ToQPoint(at), ToQPoint(at));
+    if (index > 0) {
+        const TrackSample& p = series.samples[index - 1];
+        box |= QRect(ToQPoint(m.PixelOf(p.east, p.north)), QSize(1, 1));
+    }
+    if (s.HasWaterVelocity()) box |= QRect(ToQPoint(VectorEnd(s, at, view, series.unitSystem)), QSize(1, 1));
+    const int pad = std::max(view.style.trackWidth, view.style.vectorWidth) + 1;
+    const QRect dirty = box.normalized().adjusted(-pad, -pad, pad, pad) & rect;
+    if (dirty.isEmpty()) return QRect();
+    PaintLayers(painter, rect, m, view, series, index + 1, waypoints, &dirty);
+    return dirty;
 }
 
 int TrackSampleAt(const TrackSeries& series, const TrackMapping& mapping, PixelPoint pixel) {
@@ -413,14 +458,12 @@ void TrackMap::Paint(QPainter& painter, const QRect& rect, const TrackView& view
     PaintTrack(painter, rect, view, TrackSeriesOf(doc_), waypoints_);
 }
 
-bool TrackMap::PaintNewProfile(QPainter& painter, const QRect& rect, const TrackView& view, int item) const {
-    TrackSample sample, previous;
-    if (!TrackSampleOf(doc_, item, sample)) return false;
-    // The previous profile that was read, within the window.
-    bool hasPrevious = false;
-    for (int k = item - 1; k >= doc_.WindowStart() && !hasPrevious; --k) hasPrevious = TrackSampleOf(doc_, k, previous);
-    return PaintNewSample(painter, rect, view, doc_.Settings().UnitSystem, TrackOriginOf(doc_),
-                          hasPrevious ? &previous : nullptr, sample, waypoints_);
+QRect TrackMap::PaintNewProfile(QPainter& painter, const QRect& rect, const TrackView& view, int item) const {
+    TrackSeries series = TrackSeriesOf(doc_);
+    // The samples up to the new profile; it must be one of them.
+    while (!series.samples.empty() && series.samples.back().profile > item) series.samples.pop_back();
+    if (series.samples.empty() || series.samples.back().profile != item) return QRect();
+    return PaintTrackSample(painter, rect, view, series, series.samples.size() - 1, waypoints_);
 }
 
 TrackMapping TrackMap::Mapping(const QRect& rect, const TrackView& view) const {

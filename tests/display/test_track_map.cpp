@@ -265,7 +265,9 @@ TEST_F(TrackMapPixels, ANewProfileDrawnOverThePictureGivesTheWholeRedraw) {
         QImage image = Draw(before, view, &waypoints);
         {
             QPainter painter(&image);
-            ASSERT_TRUE(PaintTrackSample(painter, kRect, view, series, n - 1, &waypoints));
+            const QRect repainted = PaintTrackSample(painter, kRect, view, series, n - 1, &waypoints);
+            ASSERT_FALSE(repainted.isEmpty()) << n;
+            EXPECT_LT(repainted.width() * repainted.height(), kRect.width() * kRect.height() / 4) << n;
         }
         TrackSeries upTo = series;
         upTo.samples.resize(n);
@@ -274,8 +276,10 @@ TEST_F(TrackMapPixels, ANewProfileDrawnOverThePictureGivesTheWholeRedraw) {
     // A fitting view moves with every profile: the caller redraws instead.
     QImage image = whole;
     QPainter painter(&image);
-    EXPECT_FALSE(PaintTrackSample(painter, kRect, TrackView{}, series, 5, &waypoints));
-    EXPECT_FALSE(PaintTrackSample(painter, kRect, view, series, series.samples.size(), &waypoints));
+    EXPECT_TRUE(PaintTrackSample(painter, kRect, TrackView{}, series, 5, &waypoints).isEmpty());
+    EXPECT_TRUE(PaintTrackSample(painter, kRect, view, series, series.samples.size(), &waypoints).isEmpty());
+    painter.end();
+    EXPECT_TRUE(image == whole);
 }
 
 }  // namespace
