@@ -1,7 +1,6 @@
 #include "app/playback_transport.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace rm {
 
@@ -45,8 +44,9 @@ void PlaybackTransport::ResetTickCounters(const UserSetup& user, const DerivedVa
         return;
     }
     const bool tenths = derived.pcMode && derived.bottomTrackMode != kShallowWaterPingMode;
+    // Truncated, as the acquisition's own counters are.
     const double ticks = user.ProfileInterval * (tenths ? 0.4 : 4.0);
-    tickCounter_ = tickReload_ = static_cast<int>(std::lround(ticks));
+    tickCounter_ = tickReload_ = static_cast<int>(ticks);
 }
 
 }  // namespace rm

@@ -176,6 +176,9 @@ private:
     void HoldBadBottomTrack();
     bool WaitForBytes(int count, int rounds);
     void Renumber();
+    // Takes the number of a checked frame into the count (gaps, restarts); false for a number
+    // that no profile can have (0, or beyond the count's range).
+    bool TakeProfileNumber(uint32_t number);
     bool ExternalGps() const { return link_.GpsOn && link_.GpsSource == kGpsSourceExternal; }
     bool InternalGps() const { return link_.GpsOn && link_.GpsSource == kGpsSourceInternal; }
     void AddGps(LiveSlot& slot, ProfileRecord& record, const NodeRef& node);

@@ -4,6 +4,7 @@
 // and tells when the instrument has started counting again.
 
 #include <cstring>
+#include <limits>
 
 #include "data/bottom_track_block.h"
 #include "data/byte_io.h"
@@ -23,6 +24,7 @@ constexpr size_t kScrapLimit = 80;
 constexpr size_t kHeadingOffset = 40;
 constexpr size_t kPitchOffset = 42;
 constexpr size_t kRollOffset = 44;
+constexpr size_t kProfileNumberOffset = 14;
 }  // namespace
 
 bool LiveAcquisition::WaitForBytes(int count, int rounds) {
@@ -84,21 +86,32 @@ int LiveAcquisition::ReadProfileFrame() {
     if (instrument_->ReadBufferTimed(frame_.data() + kProfileHeaderSize, bodySize, kByteLimitMs) != bodySize)
         return kFrameNothing;
 
+    // Nothing of the frame is believed before its checks pass: one bit wrong in the profile
+    // number would otherwise move the count, or restart it.
     const ByteReader reader(frame_.data(), frame_.size());
-    const int number = static_cast<int>(reader.u32(14));
-    if (number != profileNumberOffset_ + profileCount_) {
-        if (profileCount_ > 0 && number == 1) Renumber();
-        // A lost frame leaves a gap in the numbers that the count jumps over.
-        profileCount_ = number - profileNumberOffset_;
-    }
     if (reader.u16(2) != kProfileHeaderSize) return kFrameNothing;
     const size_t checked = frame_.size() - kChecksumSize;
     if (RecordChecksum(frame_.data(), checked) != reader.u16(checked)) return kFrameNothing;
+    const uint32_t number = reader.u32(kProfileNumberOffset);
+    if (!TakeProfileNumber(number)) return kFrameNothing;
 
     DecodeProfileRecord(frame_.data(), frameLayout_, BlockOrder::Frame, false, CurrentRecord());
     HoldBadBottomTrack();
-    lastProfileNumber_ = number;
+    lastProfileNumber_ = static_cast<int>(number);
     return kFrameProfile;
+}
+
+bool LiveAcquisition::TakeProfileNumber(uint32_t number) {
+    // The instrument numbers from 1; a number the count cannot hold is not taken.
+    if (number == 0 || number > static_cast<uint32_t>(std::numeric_limits<int>::max())) return false;
+    const int64_t expected = static_cast<int64_t>(profileNumberOffset_) + profileCount_;
+    if (number == expected) return true;
+    // Number 1, or any number not above the one at the start of the recording (its frame 1 was
+    // lost), means the instrument has started counting again.
+    if (profileCount_ > 0 && (number == 1 || number <= static_cast<uint32_t>(profileNumberOffset_))) Renumber();
+    // A lost frame leaves a gap in the numbers that the count jumps over.
+    profileCount_ = static_cast<int>(number) - profileNumberOffset_;
+    return true;
 }
 
 int LiveAcquisition::ReadWaveFrame() {

@@ -97,6 +97,7 @@ void SimulatedInstrument::Execute(const std::string& rawLine, double nowS) {
         records_ = defaults_;
         AnswerOk("Default settings loaded");
     } else if (word == "of") {
+        if (behaviour_.refuseBinary && lowerArgument == "binary") return AnswerError("binary output not available");
         settings_["of"] = argument;
         AnswerOk();
     } else if (word == "setup") {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 #include "data/byte_io.h"
@@ -32,6 +33,17 @@ CrossingPlan CutPlan(const CrossingPlan& plan, int count) {
 const std::string& FrameNoise() {
     static const std::string noise = "#~noise~#\r\n";
     return noise;
+}
+
+bool ParseBitFlip(const std::string& text, BitFlip& flip) {
+    BitFlip f;
+    int consumed = 0;
+    if (std::sscanf(text.c_str(), "%d:%d:%d%n", &f.profile, &f.byte, &f.bit, &consumed) != 3 ||
+        static_cast<size_t>(consumed) != text.size())
+        return false;
+    if (f.profile < 1 || f.byte < 0 || f.bit < 0 || f.bit > 7) return false;
+    flip = f;
+    return true;
 }
 
 RiverScenario ScenarioForRecords(const RiverScenario& scenario, const InstrumentRecords& records) {
@@ -66,6 +78,12 @@ LiveTransect::LiveTransect(const RiverScenario& scenario, const InstrumentRecord
     }
     layout_ = MakeProfileLayout(records_.conf, records_.user, FrameGpsForm(records_), 2);
     frameSize_ = layout_.RecordSize();
+    for (const BitFlip& flip : faults_.bitFlips) {
+        if (static_cast<size_t>(flip.byte) >= frameSize_) {
+            problem_ = "a flipped bit lies beyond the frame of " + std::to_string(frameSize_) + " bytes";
+            return;
+        }
+    }
 }
 
 bool LiveTransect::Next(std::string& bytes) {
@@ -86,6 +104,9 @@ bool LiveTransect::Next(std::string& bytes) {
         ByteWriter w(frame.data(), frame.size());
         const size_t at = frame.size() - kChecksumSize;
         w.u16(at, static_cast<uint16_t>(ByteReader(frame.data(), frame.size()).u16(at) + 1));
+    }
+    for (const BitFlip& flip : faults_.bitFlips) {
+        if (flip.profile == made_) frame[static_cast<size_t>(flip.byte)] ^= static_cast<uint8_t>(1u << flip.bit);
     }
     if (faults_.noiseBeforeFrames) bytes = FrameNoise();
     bytes.append(frame.begin(), frame.end());

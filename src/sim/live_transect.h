@@ -7,6 +7,7 @@
 //   bad checksum every n-th profile's checksum is off by one
 //   lost frame   profile k is never sent; the next one carries its own number, leaving a gap
 //   renumbering  from profile k on the instrument counts again from 1
+//   bit errors   chosen bits of chosen frames flipped on the line, after the checksum was made
 //
 // The truth covers the span the boat has crossed up to the last profile made (sent or lost),
 // so a recording of the frames, however many there were, has a known discharge.
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "data/profile_codec.h"
 #include "sim/recording_writer.h"
@@ -22,12 +24,32 @@
 
 namespace rm::sim {
 
+// One bit turned over on the line: bit `bit` (0 the lowest) of byte `byte` (0 the sync byte) of
+// the frame of profile `profile` (from 1).
+struct BitFlip {
+    int profile = 0;
+    int byte = 0;
+    int bit = 0;
+};
+
 struct FrameFaults {
     bool noiseBeforeFrames = false;
     int badChecksumEvery = 0;     // 0: never
     int loseFrame = 0;            // profile number from 1; 0: none
     int restartNumberingAt = 0;   // profile number from 1 (2 or more); 0: none
+    std::vector<BitFlip> bitFlips;
 };
+
+// Reads "K:BYTE:BIT" into `flip`; false when the text is not of that form or a number is out of
+// range (profile from 1, byte from 0, bit 0 to 7).
+bool ParseBitFlip(const std::string& text, BitFlip& flip);
+
+// The crossing of a simulated device unless told otherwise: 10 profiles of 10 s, averaging and
+// profile interval alike, so that the instrument's user setup is one the setup rules accept (an
+// averaging interval of 5 s at least, a profile interval of 10 s at least); at the boat's 0.5 m/s
+// it spans the same 50 m as the 100 profiles of 1 s of a default recording.
+constexpr int kDeviceIntervalS = 10;
+constexpr int kDeviceProfiles = 10;
 
 // The line noise put before a frame when asked for.
 const std::string& FrameNoise();

@@ -32,6 +32,7 @@ struct InstrumentBehaviour {
     bool echo = true;            // echoes what it receives at its prompt
     bool replyMarker = true;     // 0xE8 before the "Ver" answer and before record frames
     bool startAsleep = false;    // only a break wakes it
+    bool refuseBinary = false;   // answers "OF Binary" with an error
     double frameIntervalS = 0.0; // seconds between frames on the line; 0: the setup's profile interval
     int maxProfiles = 0;         // frames per collection at most; 0: the whole crossing
     FrameFaults faults;

@@ -48,6 +48,40 @@ TEST_F(Transport, PlayPauseStopAndSpeedSetTheStateTextAndTimer) {
     EXPECT_EQ(doc.Transport().TimerPeriodMs(), 125);
     doc.Stop();
     expect(kStateStopped, " Kvr playback stopped", false, "stop");
+
+    // Every speed of the slider has its period (ms), and a running timer takes it at once.
+    doc.Play();
+    const int periods[] = {8000, 4000, 2000, 1000, 500, 250, 125};
+    for (int speed = 1; speed <= 7; ++speed) {
+        doc.SetSpeed(speed);
+        EXPECT_EQ(doc.Transport().TimerPeriodMs(), periods[speed - 1]) << "speed " << speed;
+    }
+}
+
+TEST(TransportTicks, AMoveResetsTheCountersToOneInPlaybackAndToTheIntervalInQuarterSecondsLive) {
+    // Live, the profile interval counts seconds, or tenths of seconds in pulse-coherent mode
+    // without the shallow-water ping; a part of a tick is dropped, as the acquisition drops it.
+    const struct {
+        int mode;
+        int interval;
+        bool pulseCoherent;
+        uint8_t bottomTrack;
+        int ticks;
+    } cases[] = {
+        {kModePlayback, 10, false, 1, 1}, {kModeLive, 1, false, 1, 4},  {kModeLive, 10, false, 0, 40},
+        {kModeLive, 25, true, 1, 10},     {kModeLive, 7, true, 0, 2},   {kModeLive, 3, true, 2, 12},
+    };
+    for (const auto& c : cases) {
+        PlaybackTransport transport(c.mode);
+        UserSetup user;
+        user.ProfileInterval = static_cast<decltype(user.ProfileInterval)>(c.interval);
+        DerivedValues derived;
+        derived.pcMode = c.pulseCoherent;
+        derived.bottomTrackMode = c.bottomTrack;
+        transport.ResetTickCounters(user, derived);
+        EXPECT_EQ(transport.TickReload(), c.ticks) << c.interval << (c.pulseCoherent ? " pc" : "");
+        EXPECT_EQ(transport.TickCounter(), c.ticks) << c.interval << (c.pulseCoherent ? " pc" : "");
+    }
 }
 
 TEST_F(Transport, TicksPlayOnToTheLastProfileAndNoFurther) {

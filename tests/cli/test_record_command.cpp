@@ -212,6 +212,53 @@ TEST_F(RecordCommand, NoiseAndBadChecksumsLoseOnlyTheBadFrames) {
     }
 }
 
+TEST_F(RecordCommand, BitErrorsLoseTheirFramesAndChangeNothingElse) {
+    // Profiles 3, 5 and 6 come with one bit turned over in their number (3 reads 1, a restart;
+    // 5 reads 0x80000005; 6 reads 14). The reference run loses the same three frames by a bit of
+    // their checksum, which the reader always caught: the file, the count, every progress line
+    // and the printed discharge must come out the same, and the file holds the other frames as
+    // they were sent.
+    constexpr int kProfiles = 8;
+    const size_t checksumByte = kFrameSize - 1;
+    const struct {
+        int profile;
+        size_t byte;
+        int bit;
+    } numberFlips[] = {{3, 14, 1}, {5, 17, 7}, {6, 14, 3}};
+    auto run = [&](bool inTheNumber) {
+        Args faults;
+        for (const auto& f : numberFlips) {
+            const size_t byte = inTheNumber ? f.byte : checksumByte;
+            faults.insert(faults.end(), {"--flip-bit", std::to_string(f.profile) + ":" + std::to_string(byte) + ":" +
+                                                           std::to_string(f.bit)});
+        }
+        for (const char* ext : {".kvr", ".pmk", ".cfg"}) std::filesystem::remove(dir.File(std::string("T1") + ext));
+        StartInstrument(kProfiles, faults);
+        const ProcessResult r = Record(kProfiles - 3);
+        instrument.Stop();
+        return std::make_pair(r, ReadFileBytes(dir.File("T1.kvr")));
+    };
+    const auto [reference, referenceFile] = run(false);
+    ASSERT_EQ(reference.exitStatus, 0) << reference.Describe() << reference.err;
+    const auto [flipped, flippedFile] = run(true);
+    ASSERT_EQ(flipped.exitStatus, 0) << flipped.Describe() << flipped.err;
+
+    EXPECT_EQ(flippedFile, referenceFile);
+    EXPECT_EQ(flipped.err, reference.err);
+    const nlohmann::json j = nlohmann::json::parse(flipped.out), ref = nlohmann::json::parse(reference.out);
+    EXPECT_EQ(j["profilesWritten"], 5);
+    EXPECT_EQ(j["liveTotalDischarge"], ref["liveTotalDischarge"]);
+    EXPECT_EQ(j["TotalDischarge"], ref["TotalDischarge"]);
+    EXPECT_NE(flipped.err.find("Profile 3 lost"), std::string::npos) << flipped.err;
+    EXPECT_NE(flipped.err.find("Profile 8 good"), std::string::npos) << flipped.err;
+
+    const auto sent = SentFrames(kProfiles, {});
+    const auto records = RecordsOf(dir.File("T1.kvr"));
+    ASSERT_EQ(records.size(), 5u);
+    const size_t kept[] = {0, 1, 3, 6, 7};
+    for (size_t i = 0; i < records.size(); ++i) EXPECT_EQ(records[i], sent[kept[i]]) << i;
+}
+
 TEST_F(RecordCommand, LostFrameLeavesAGapAndRenumberingGoesOnInTheSameFile) {
     {
         StartInstrument(4, {"--lose-frame", "2"});
@@ -272,6 +319,17 @@ TEST_F(RecordCommand, FailuresExitNonZeroWithTheirMessage) {
         RunProgram("ripplemark-cli", {"record", "--port", dir.File("nothing"), "--dir", dir.path(), "--profiles", "1"});
     EXPECT_EQ(noPort.exitStatus, 1);
     EXPECT_NE(noPort.err.find("Error on Initialize Kvr Port"), std::string::npos);
+
+    // An instrument that refuses binary output is not started, and nothing is recorded.
+    instrument.Stop();
+    StartInstrument(2, {"--refuse-binary"});
+    ASSERT_FALSE(HasFatalFailure());
+    const ProcessResult refused = RunProgram(
+        "ripplemark-cli", {"record", "--port", instrument.DevicePath(), "--dir", dir.path(), "--name", "T2", "--profiles", "2"});
+    EXPECT_EQ(refused.exitStatus, 1) << refused.Describe();
+    EXPECT_NE(refused.err.find("Error on Setup Kvr For Data Collection\nError setting up KVR\n"), std::string::npos)
+        << refused.err;
+    EXPECT_FALSE(std::filesystem::exists(dir.File("T2.kvr")));
 }
 
 }  // namespace

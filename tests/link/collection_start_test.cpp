@@ -118,6 +118,18 @@ TEST_F(PrepareCollectionTest, AnUpLookingSystemIsRefused) {
     EXPECT_EQ(instrument->Written().find("Get USER"), std::string::npos);
 }
 
+TEST_F(PrepareCollectionTest, AnInstrumentThatRefusesBinaryOutputIsNeitherAskedFurtherNorStarted) {
+    Answer("OF Binary", "\r\nERROR: Unknown output format\r\n>");
+    Answer("Start", "\r\nOK\r\n");
+    test::ScriptAwakeInstrument(*instrument, test::kKvrVerReply);
+    EXPECT_EQ(Prepare(), kPrepareFailed);
+    EXPECT_EQ(prompt.messages,
+              (std::vector<std::string>{"Error on Setup Kvr For Data Collection", "Error setting up KVR"}));
+    EXPECT_EQ(prompt.progressTexts.back(), "Setup KVR for Data Collection");
+    EXPECT_EQ(instrument->Written().find("Get CONF"), std::string::npos);
+    EXPECT_EQ(instrument->Written().find("Start"), std::string::npos);
+}
+
 TEST_F(PrepareCollectionTest, AFailedStartGivesMinusOne) {
     Script(test::ConfImage({}), test::UserImage({}), "\r\nERROR\r\n>");
     EXPECT_EQ(Prepare(), kPrepareStartFailed);

@@ -28,8 +28,9 @@ class LiveAcquisitionTest : public ::testing::Test {
 protected:
     void SetUp() override { Configure(1); }
 
-    // Records and link state for a profile interval of `seconds`.
-    void Configure(int seconds, int waveSamples = 0) {
+    // Records and link state for a profile interval of `seconds` (tenths of seconds in
+    // pulse-coherent mode, whose frames carry the 36-byte shallow-water block).
+    void Configure(int seconds, int waveSamples = 0, bool pulseCoherent = false) {
         kvr.conf.Nbeams = 3;
         kvr.conf.CPUSoftwareVerNum = 120;
         kvr.user.NumberOfCells = 4;
@@ -38,8 +39,10 @@ protected:
         kvr.user.PressureTimeSeriesInterval =
             static_cast<decltype(kvr.user.PressureTimeSeriesInterval)>(waveSamples > 0 ? 1 : 0);
         kvr.user.PseriesLength = static_cast<decltype(kvr.user.PseriesLength)>(waveSamples);
+        kvr.user.PCMode = pulseCoherent ? 1 : 0;
+        link.PCMode = pulseCoherent ? 1 : 0;
         link.BottomTrackMode = 1;
-        link.Sizes.ProfileSize = kFrameSize;
+        link.Sizes.ProfileSize = kFrameSize + (pulseCoherent ? 36 : 0);
         link.Sizes.WaveSamples = waveSamples;
         acquisition = std::make_unique<LiveAcquisition>(kvr, link, prompt, 8);
         acquisition->SetInstrumentPort(&instrument);
@@ -169,6 +172,32 @@ TEST_F(LiveAcquisitionTest, SilentInstrumentLosesAProfile2750MsAfterItWasDue) {
     }
 }
 
+TEST_F(LiveAcquisitionTest, TickCountersCountQuarterSecondsOfTheIntervalInSecondsOrTenths) {
+    // TickReload is the interval x 4, truncated; in pulse-coherent mode (bottom track 1) the
+    // interval counts tenths. The count-down shows (TickCounter - 1) / TickReload x interval + 1
+    // seconds, truncated: 10 s at the start, 5 after 21 ticks (counter 19), 1 in the last tick.
+    const struct {
+        int interval;
+        bool pulseCoherent;
+        int reload;
+        double seconds;
+    } cases[] = {{10, false, 40, 10.0}, {25, true, 10, 2.5}, {7, true, 2, 0.7}};
+    for (const auto& c : cases) {
+        Configure(c.interval, 0, c.pulseCoherent);
+        EXPECT_DOUBLE_EQ(acquisition->IntervalSeconds(), c.seconds) << c.interval;
+        EXPECT_EQ(acquisition->TickReload(), c.reload) << c.interval;
+        EXPECT_EQ(acquisition->TickCounter(), c.reload) << c.interval;
+    }
+    Configure(10);
+    EXPECT_EQ(acquisition->CountDownText(), "  10");
+    Tick(21);
+    EXPECT_EQ(acquisition->TickCounter(), 19);
+    EXPECT_EQ(acquisition->CountDownText(), "   5");
+    Tick(18);
+    EXPECT_EQ(acquisition->TickCounter(), 1);
+    EXPECT_EQ(acquisition->CountDownText(), "   1");
+}
+
 TEST_F(LiveAcquisitionTest, ALoneByteIsLeftButTheTickCountsAsServed) {
     Tick(6);  // two ticks overdue
     Arrive("\x01");
@@ -238,6 +267,72 @@ TEST_F(LiveAcquisitionTest, FrameNumberOneRestartsTheNumberingOnlyAfterProfiles)
     EXPECT_EQ(acquisition->Renumberings(), 1);
     EXPECT_EQ(acquisition->ProfileCount(), 1);
     EXPECT_EQ(acquisition->ProfileNumberOffset(), 0);
+}
+
+TEST_F(LiveAcquisitionTest, ABitErrorLosesOnlyItsFrameAndNeverMovesTheCount) {
+    // Profile 3 arrives with one bit turned over: in its number (to 1, which would restart the
+    // numbering; to 0x80000003, beyond any count; to 19, a gap) or in its body. Each time the
+    // frame fails its checksum and counts as profile 3 lost; 4 follows as if nothing happened.
+    const struct {
+        const char* what;
+        size_t byte;
+        int bit;
+    } flips[] = {{"number 3 becomes 1", 14, 1},
+                 {"number 3 becomes 0x80000003", 17, 7},
+                 {"number 3 becomes 19", 14, 4},
+                 {"a velocity byte", 110, 2}};
+    for (const auto& f : flips) {
+        taken.clear();
+        restarts = 0;
+        Configure(1);
+        std::string third = Frame(3);
+        third[f.byte] = static_cast<char>(third[f.byte] ^ (1 << f.bit));
+        for (const std::string& frame : {Frame(1), Frame(2), third, Frame(4)}) {
+            Arrive(frame);
+            Tick();
+        }
+        EXPECT_EQ(taken, (std::vector<std::pair<int, bool>>{{1, true}, {2, true}, {3, false}, {4, true}})) << f.what;
+        EXPECT_EQ(restarts, 0) << f.what;
+        EXPECT_EQ(acquisition->ProfileCount(), 4) << f.what;
+        EXPECT_EQ(acquisition->LastProfileNumber(), 4) << f.what;
+        EXPECT_EQ(acquisition->Slot(3).quality, kSlotLost) << f.what;
+        EXPECT_EQ(acquisition->Record(4).header.profileNumber, 4u) << f.what;
+    }
+}
+
+TEST_F(LiveAcquisitionTest, ARestartOnTheFirstFrameOfARecordingCountsFromOne) {
+    // Three profiles come in before the recording starts, so the recording's numbers start after
+    // 3. Its first frame is numbered 1 (the instrument restarted), or 2 (and its frame 1 was
+    // lost): the count starts from that number, never below 1, and the record is written.
+    // A first frame numbered 4 is the expected one: no restart.
+    const struct {
+        uint32_t first;
+        int count;
+        int restarts;
+    } cases[] = {{1, 1, 1}, {2, 2, 1}, {4, 1, 0}};
+    for (const auto& c : cases) {
+        taken.clear();
+        restarts = 0;
+        Configure(1);
+        for (uint32_t n = 1; n <= 3; ++n) {
+            Arrive(Frame(n));
+            Tick();
+        }
+        StartRecording();
+        ASSERT_EQ(acquisition->ProfileNumberOffset(), 3);
+        Arrive(Frame(c.first));
+        Tick();
+        EXPECT_EQ(restarts, c.restarts) << c.first;
+        EXPECT_EQ(acquisition->ProfileCount(), c.count) << c.first;
+        EXPECT_EQ(taken.back(), std::make_pair(c.count, true)) << c.first;
+        EXPECT_EQ(acquisition->ProfilesWritten(), 1) << c.first;
+        EXPECT_EQ(acquisition->Record(c.count).header.profileNumber, c.first);
+        Arrive(Frame(c.first + 1));
+        Tick();
+        EXPECT_EQ(acquisition->ProfileCount(), c.count + 1) << c.first;
+        EXPECT_EQ(restarts, c.restarts) << c.first;
+        acquisition->StopRecording();
+    }
 }
 
 TEST_F(LiveAcquisitionTest, BadBeamsAreHeldFromThePreviousProfileAsTheFrameIsRead) {

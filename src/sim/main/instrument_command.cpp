@@ -4,6 +4,7 @@
 #include <fstream>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "sim/device_server.h"
 #include "sim/main/river_options.h"
@@ -25,6 +26,8 @@ struct InstrumentValues {
     int baud = 9600;
     bool noEcho = false;
     bool noMarker = false;
+    bool once = false;
+    std::vector<std::string> bitFlips;
 };
 
 // The truth goes to the file (replaced whole, so a reader never sees half of it) or to stderr.
@@ -62,6 +65,11 @@ std::string CheckBehaviour(InstrumentValues& v) {
         return "counts of profiles must not be negative";
     if (f.restartNumberingAt == 1 || f.restartNumberingAt < 0)
         return "--restart-numbering-at must be a profile after the first";
+    for (const std::string& text : v.bitFlips) {
+        BitFlip flip;
+        if (!ParseBitFlip(text, flip)) return "--flip-bit must read K:BYTE:BIT (profile from 1, byte from 0, bit 0 to 7)";
+        v.behaviour.faults.bitFlips.push_back(flip);
+    }
     if (v.behaviour.frameIntervalS < 0.0 || v.behaviour.frameIntervalS > 3600.0)
         return "--interval must be 0 to 3600 seconds";
     return {};
@@ -116,10 +124,13 @@ void AddInstrumentCommand(CLI::App& app, SubcommandRunners& runners) {
     sub->add_flag("--no-echo", v->noEcho, "do not echo what is received");
     sub->add_flag("--no-reply-marker", v->noMarker, "no 0xE8 before the Ver answer and record frames");
     sub->add_flag("--asleep", b.startAsleep, "start asleep: only a break wakes it");
+    sub->add_flag("--refuse-binary", b.refuseBinary, "answer \"OF Binary\" with an error");
     sub->add_flag("--noise-before-frames", b.faults.noiseBeforeFrames, "line noise before every frame");
     sub->add_option("--bad-checksum-every", b.faults.badChecksumEvery, "every N-th frame has a wrong checksum");
     sub->add_option("--lose-frame", b.faults.loseFrame, "profile K is never sent");
     sub->add_option("--restart-numbering-at", b.faults.restartNumberingAt, "from profile K on, numbers start at 1 again");
+    sub->add_option("--flip-bit", v->bitFlips,
+                    "K:BYTE:BIT turns over bit BIT of byte BYTE of profile K's frame on the line (repeatable)");
     sub->add_option("--interval", b.frameIntervalS, "seconds between frames on the line (default: the setup's)");
     sub->add_option("--max-profiles", b.maxProfiles, "frames per collection at most (default: the whole crossing)");
     runners[sub] = [v] { return Run(*v); };
