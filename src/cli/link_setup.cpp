@@ -27,14 +27,21 @@ NodeRef SystemTreeOf(const CKvrData& kvr, const InstrumentLinkState& state, Syst
     return system;
 }
 
-// Loads the configuration and applies the assignments; false after printing why not.
+// Shows every rule the setup breaks; true when it breaks none.
+bool SetupPassesEveryRule(const NodeRef& system, UserPrompt& prompt) {
+    const std::vector<RuleFailure> failures = CheckSetup(system);
+    for (const RuleFailure& failure : failures) prompt.Message(failure.rule + ": " + failure.message);
+    return failures.empty();
+}
+
+// Loads the configuration and applies the assignments; false after printing why not. A setup
+// to be saved must pass every rule, as a configuration is checked so when it is loaded: what is
+// saved always loads again. That is settled before anything is sent.
 bool ApplyChoices(const SetupChoices& choices, const NodeRef& system, UserPrompt& prompt) {
     if (!choices.loadConfig.empty()) {
         ConfigurationManager manager(choices.configFolder, prompt);
         if (!manager.Load(choices.loadConfig, system)) return false;
-        const std::vector<RuleFailure> failures = CheckSetup(system);
-        for (const RuleFailure& failure : failures) prompt.Message(failure.rule + ": " + failure.message);
-        if (!failures.empty()) return false;
+        if (!SetupPassesEveryRule(system, prompt)) return false;
     }
     if (!choices.assignments.empty()) {
         const ApplyResult applied = ApplySettings(system, choices.assignments);
@@ -42,6 +49,10 @@ bool ApplyChoices(const SetupChoices& choices, const NodeRef& system, UserPrompt
             prompt.Message(applied.message);
             return false;
         }
+    }
+    if (!choices.saveConfig.empty() && !SetupPassesEveryRule(system, prompt)) {
+        prompt.Message(kSaveConfigurationErrorText);
+        return false;
     }
     return true;
 }

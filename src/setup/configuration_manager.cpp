@@ -101,7 +101,7 @@ bool ConfigurationManager::Load(const std::string& title, const NodeRef& system)
 
 bool ConfigurationManager::Save(const std::string& name, const NodeRef& system) {
     if (!IsUsableName(name)) {
-        prompt_.Message("Error saving configuration.");
+        prompt_.Message(kSaveConfigurationErrorText);
         return false;
     }
     const std::string path = PathOf(name);
@@ -112,7 +112,7 @@ bool ConfigurationManager::Save(const std::string& name, const NodeRef& system) 
     for (const char* nodeName : kSavedNodes) file.Append(nodeName, Variant(), system.GetOrCreateChild(nodeName));
     if (!folder_.empty()) fs::create_directories(folder_, error);
     if (!SaveTreeFile(file, path)) {
-        prompt_.Message("Error saving configuration.");
+        prompt_.Message(kSaveConfigurationErrorText);
         return false;
     }
     return true;

@@ -15,6 +15,7 @@ inline constexpr const char* kConfigurationManagerTitle = "Configuration Manager
 inline constexpr const char* kLoadConfigurationCaption = "Load Configuration";
 inline constexpr const char* kSaveConfigurationCaption = "Save Configuration";
 inline constexpr const char* kConfigurationExtension = ".scf";
+inline constexpr const char* kSaveConfigurationErrorText = "Error saving configuration.";
 
 class ConfigurationManager {
 public:

@@ -32,12 +32,12 @@ BoatTrack::Sample BoatTrack::At(double seconds) const {
     return s;
 }
 
-std::string BoatTrack::GpsSentences(double seconds) const {
+std::string BoatTrack::GpsSentences(double seconds, const std::string& talker) const {
     const Sample s = At(seconds);
     const GeoPoint p = ToGeographic(geo_, s.position);
     const double speed = std::hypot(s.velocity.east, s.velocity.north);
-    return GgaSentence(s.time, p) + "\r\n" + RmcSentence(s.time, p, speed, speed > 0.0 ? AzimuthDeg(s.velocity) : 0.0) +
-           "\r\n";
+    return GgaSentence(s.time, p, talker) + "\r\n" +
+           RmcSentence(s.time, p, speed, speed > 0.0 ? AzimuthDeg(s.velocity) : 0.0, talker) + "\r\n";
 }
 
 std::string BoatTrack::EchoSentences(double seconds) const {

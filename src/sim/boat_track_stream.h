@@ -8,6 +8,7 @@
 #include <string>
 
 #include "sim/crossing_plan.h"
+#include "sim/nmea_output.h"
 #include "sim/river_scenario.h"
 
 namespace rm::sim {
@@ -27,8 +28,8 @@ public:
     Sample At(double seconds) const;
     double DurationS() const { return durationS_; }
 
-    // "$GPGGA...\r\n$GPRMC...\r\n" for the boat at `seconds`.
-    std::string GpsSentences(double seconds) const;
+    // "$GPGGA...\r\n$GPRMC...\r\n" for the boat at `seconds`, or with another talker than "GP".
+    std::string GpsSentences(double seconds, const std::string& talker = kDefaultGpsTalker) const;
     // "$SDDPT...\r\n$SDDBT...\r\n": the sounder's reading at the transducer depth, along its
     // tilted axis, as the recordings have it.
     std::string EchoSentences(double seconds) const;

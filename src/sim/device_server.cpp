@@ -72,13 +72,13 @@ void InstallStopSignals() {
 bool StopRequested() { return g_stop != 0; }
 void RequestStop() { g_stop = 1; }
 
-ServeEnd ServeInstrument(PseudoTerminal& pty, SimulatedInstrument& instrument) {
+ServeEnd ServeInstrument(PseudoTerminal& pty, SimulatedInstrument& instrument, ServeLifetime lifetime) {
     SteadySeconds clock;
     PeerWatch peer;
     uint8_t buffer[4096];
     while (!StopRequested()) {
         double now = clock.Now();
-        if (peer.Gone(pty, now)) return ServeEnd::PeerClosed;
+        if (peer.Gone(pty, now) && lifetime == ServeLifetime::OneProgram) return ServeEnd::PeerClosed;
         if (pty.WaitReadable(WaitMs(instrument.NextDueS(), now))) {
             const long n = pty.Read(buffer, sizeof buffer);
             if (n < 0) return ServeEnd::LineFailed;
@@ -87,19 +87,20 @@ ServeEnd ServeInstrument(PseudoTerminal& pty, SimulatedInstrument& instrument) {
         }
         instrument.Advance(clock.Now());
         const std::string out = instrument.TakeOutput();
-        if (!out.empty()) pty.Write(out, kWriteLimitMs);
+        if (!out.empty() && pty.PeerOpen()) pty.Write(out, kWriteLimitMs);
     }
     return ServeEnd::Signal;
 }
 
-ServeEnd ServeStream(PseudoTerminal& pty, const std::function<std::string(double)>& sentencesAt, double periodS) {
+ServeEnd ServeStream(PseudoTerminal& pty, const std::function<std::string(double)>& sentencesAt, double periodS,
+                     ServeLifetime lifetime) {
     SteadySeconds clock;
     PeerWatch peer;
     uint8_t scrap[256];
     double nextS = 0.0;
     while (!StopRequested()) {
         const double now = clock.Now();
-        if (peer.Gone(pty, now)) return ServeEnd::PeerClosed;
+        if (peer.Gone(pty, now) && lifetime == ServeLifetime::OneProgram) return ServeEnd::PeerClosed;
         if (now >= nextS) {
             const std::string text = sentencesAt(nextS);
             if (!text.empty() && pty.PeerOpen()) pty.Write(text, kWriteLimitMs);

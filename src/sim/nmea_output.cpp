@@ -33,20 +33,21 @@ std::string TimeField(const CivilTime& t) {
 NmeaAngle FormatNmeaLatitude(double degrees) { return FormatAngle(degrees, 2, "N", "S"); }
 NmeaAngle FormatNmeaLongitude(double degrees) { return FormatAngle(degrees, 3, "E", "W"); }
 
-std::string GgaSentence(const CivilTime& time, const GeoPoint& position) {
+std::string GgaSentence(const CivilTime& time, const GeoPoint& position, const std::string& talker) {
     const NmeaAngle lat = FormatNmeaLatitude(position.latitudeDeg);
     const NmeaAngle lon = FormatNmeaLongitude(position.longitudeDeg);
-    return FormatNmeaSentence("GPGGA," + TimeField(time) + "," + lat.value + "," + lat.hemisphere + "," + lon.value +
+    return FormatNmeaSentence(talker + "GGA," + TimeField(time) + "," + lat.value + "," + lat.hemisphere + "," + lon.value +
                               "," + lon.hemisphere + ",1,10,0.8,12.0,M,47.0,M,,");
 }
 
-std::string RmcSentence(const CivilTime& time, const GeoPoint& position, double speedMs, double courseDeg) {
+std::string RmcSentence(const CivilTime& time, const GeoPoint& position, double speedMs, double courseDeg,
+                        const std::string& talker) {
     const NmeaAngle lat = FormatNmeaLatitude(position.latitudeDeg);
     const NmeaAngle lon = FormatNmeaLongitude(position.longitudeDeg);
     char tail[80];
     std::snprintf(tail, sizeof tail, ",%.2f,%.1f,%02d%02d%02d,0.0,E", speedMs * kKnotsPerMs, courseDeg, time.day,
                   time.month, time.year % 100);
-    return FormatNmeaSentence("GPRMC," + TimeField(time) + ",A," + lat.value + "," + lat.hemisphere + "," + lon.value +
+    return FormatNmeaSentence(talker + "RMC," + TimeField(time) + ",A," + lat.value + "," + lat.hemisphere + "," + lon.value +
                               "," + lon.hemisphere + tail);
 }
 

@@ -94,8 +94,9 @@ TEST_F(LinkCommandPty, WakeTellsEveryIdentificationWithItsTextAndStatus) {
 }
 
 TEST_F(LinkCommandPty, SetupSendsCheckedValuesReadsThemBackAndRefusesBadOnes) {
-    // Intervals the setup rules accept, so that a saved configuration loads again.
-    Start({"--averaging-interval", "10", "--profiles", "10"});
+    // The simulated instrument's own setup passes the setup rules, so a configuration saved
+    // from it loads again.
+    Start({});
     ASSERT_FALSE(HasFatalFailure());
 
     const ProcessResult set =
@@ -119,6 +120,18 @@ TEST_F(LinkCommandPty, SetupSendsCheckedValuesReadsThemBackAndRefusesBadOnes) {
     EXPECT_EQ(load.exitStatus, 0) << load.Describe() << load.err;
     EXPECT_EQ(load.err, "Configuration file: river has been loaded.\n");
     EXPECT_TRUE(InstrumentHoldsCells(12));
+}
+
+TEST_F(LinkCommandPty, ASetupThatBreaksARuleIsNotSavedSinceItCouldNotBeLoaded) {
+    Start({"--averaging-interval", "1", "--profiles", "100"});
+    ASSERT_FALSE(HasFatalFailure());
+    const ProcessResult save = Cli({"setup", "--config-dir", dir.path(), "--save-config", "fast"});
+    EXPECT_EQ(save.exitStatus, 1) << save.Describe();
+    EXPECT_EQ(save.err,
+              "AveragingInterval: The averaging interval must\nbe between 5 and 43200 seconds.\n"
+              "ProfilingInterval: The profiling interval must\nbe between 10 and 43200 seconds.\n"
+              "Error saving configuration.\n");
+    EXPECT_FALSE(std::ifstream(dir.File("fast.scf")).good());
 }
 
 TEST_F(LinkCommandPty, SystemTestRunsEveryStepIntoItsLog) {
@@ -202,8 +215,8 @@ TEST_F(LinkCommandPty, APortThatIsNotThereFailsWithItsMessage) {
 // short recording of them decodes with the block and measures the simulator's river.
 TEST_F(LinkCommandPty, PulseCoherentRecordingDecodesWithTheShallowWaterBlockAndMeasuresTheRiver) {
     constexpr int kProfiles = 20;
-    Start({"--pulse-coherent", "--bottom-track", "2", "--interval", "0.3", "--max-profiles",
-           std::to_string(kProfiles), "--truth", dir.File("truth.json")});
+    Start({"--pulse-coherent", "--bottom-track", "2", "--interval", "0.3", "--averaging-interval", "1", "--profiles",
+           "100", "--max-profiles", std::to_string(kProfiles), "--truth", dir.File("truth.json")});
     ASSERT_FALSE(HasFatalFailure());
     const ProcessResult r = Cli({"record", "--dir", dir.path(), "--name", "PC", "--profiles",
                                  std::to_string(kProfiles), "--left-distance", "0", "--right-distance", "0", "--json"},

@@ -45,8 +45,8 @@ protected:
 
     // Starts the instrument with `faults` making `profiles` frames at most.
     void StartInstrument(int profiles, const Args& faults = {}) {
-        Args args{"instrument", "--interval", kFrameInterval, "--max-profiles", std::to_string(profiles),
-                  "--truth", dir.File("truth.json")};
+        Args args{"instrument", "--interval", kFrameInterval, "--averaging-interval", "1", "--profiles", "100",
+                  "--max-profiles", std::to_string(profiles), "--truth", dir.File("truth.json")};
         args.insert(args.end(), faults.begin(), faults.end());
         ASSERT_TRUE(instrument.Start(sim::KvrSimProgram(), args, dir.File("instrument.err"))) << instrument.Error();
     }

@@ -8,6 +8,7 @@
 
 #include "link/collection_start.h"
 #include "link/logged_reads.h"
+#include "link/nmea_port_reader.h"
 #include "link/prepare_collection.h"
 #include "link/profile_sizes.h"
 #include "link/record_transfer.h"
@@ -124,12 +125,43 @@ TEST_F(InstrumentOnLine, AnEchoLessInstrumentFailsTheCharacterDialogue) {
     EXPECT_FALSE(SendCharEchoed(*port, 'V', echo, nullptr));
 }
 
-TEST_F(InstrumentOnLine, EndsWhenTheOtherSideCloses) {
+TEST_F(InstrumentOnLine, DevicesServeProgramAfterProgramUntilStoppedAndWithOnceOnlyTheFirst) {
+    // The instrument and a GPS receiver, each closed by the program that used it: well after the
+    // grace period both still serve the next program.
     Launch({"instrument"});
     ASSERT_FALSE(HasFatalFailure());
-    port->WriteStringTimed(" ", kLineEnd, 100);
-    std::string answer;
-    ASSERT_EQ(ReadUntilPattern(*port, answer, 64, ">", 2000, nullptr, nullptr), 1);
+    sim::SimDeviceProcess gpsProcess;
+    ASSERT_TRUE(gpsProcess.Start(sim::KvrSimProgram(), {"gps", "--rate", "5"}, scratch.File("gps.err")))
+        << gpsProcess.Error();
+    auto promptComes = [&] {
+        port->WriteStringTimed(" ", kLineEnd, 100);
+        std::string answer;
+        return ReadUntilPattern(*port, answer, 64, ">", 2000, nullptr, nullptr) == 1;
+    };
+    auto fixComes = [&] {
+        PosixSerialPort gpsPort(gpsProcess.DevicePath(), 4800, 'N', 8, 1, 8192);
+        NmeaPortReader gps = MakeGpsPortReader();
+        int bytes = 0;
+        return gpsPort.Status() == kSerialOk && WaitForFix(gps, &gpsPort, 3000, nullptr, bytes, nullptr) == 1;
+    };
+    ASSERT_TRUE(promptComes());
+    ASSERT_TRUE(fixComes());
+    dialogue.reset();
+    port.reset();
+    const int wellPastGraceMs = static_cast<int>(sim::kPeerGoneGraceS * 1000) + 1500;
+    EXPECT_EQ(process.WaitForExit(wellPastGraceMs), -1);
+    EXPECT_EQ(gpsProcess.WaitForExit(0), -1);
+    port = std::make_unique<PosixSerialPort>(process.DevicePath(), 9600, 'N', 8, 1, 8192);
+    EXPECT_TRUE(promptComes());
+    EXPECT_TRUE(fixComes());
+    EXPECT_EQ(gpsProcess.Stop(), 0);
+    port.reset();
+    EXPECT_EQ(process.Stop(), 0);
+
+    // With --once the device ends once its first program has closed it.
+    Launch({"instrument", "--once"});
+    ASSERT_FALSE(HasFatalFailure());
+    ASSERT_TRUE(promptComes());
     port.reset();
     dialogue.reset();
     EXPECT_EQ(process.WaitForExit(static_cast<int>(sim::kPeerGoneGraceS * 1000) + 3000), 0);

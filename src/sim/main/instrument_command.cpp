@@ -98,7 +98,7 @@ int Run(InstrumentValues& v) {
     SimulatedInstrument instrument(v.river.scenario, v.behaviour);
     instrument.OnCollectionEnd(
         [&v](const RiverScenario& scenario, const RecordingResult& truth) { WriteTruth(v, scenario, truth); });
-    ServeInstrument(pty, instrument);
+    ServeInstrument(pty, instrument, v.once ? ServeLifetime::OneProgram : ServeLifetime::UntilStopped);
     instrument.EndCollection();
     return kExitOk;
 }
@@ -112,6 +112,7 @@ void AddInstrumentCommand(CLI::App& app, SubcommandRunners& runners) {
     sub->add_option("--link", v->link, "symbolic link to make to the device");
     sub->add_option("--baud", v->baud, "line speed set on the device")->capture_default_str();
     sub->add_option("--truth", v->truthPath, "file for the truth of each collection (default: stderr)");
+    sub->add_flag("--once", v->once, "end when the first program that opened the device has closed it");
     AddRiverOptions(*sub, v->river, RiverOptionUse::Live);
     InstrumentBehaviour& b = v->behaviour;
     sub->add_option("--family", v->family,

@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "sim/live_transect.h"
+
 namespace rm::sim::cli {
 
 namespace {
@@ -26,6 +28,10 @@ void AddRiverShape(CLI::App& sub, VirtualRiver& river) {
 void AddCrossing(CLI::App& sub, RiverOptionValues& values, RiverOptionUse use) {
     static const std::map<std::string, StartBank> kBanks{{"left", StartBank::Left}, {"right", StartBank::Right}};
     RiverScenario& s = values.scenario;
+    if (use == RiverOptionUse::Live) {
+        s.crossing.intervalS = kDeviceIntervalS;
+        s.crossing.profiles = kDeviceProfiles;
+    }
     sub.add_option("--profiles", s.crossing.profiles, "number of profiles")->capture_default_str();
     sub.add_option(use == RiverOptionUse::Recording ? "--interval" : "--averaging-interval", s.crossing.intervalS,
                    "averaging interval, whole seconds")

@@ -1,10 +1,12 @@
 // kvr-sim gps and kvr-sim echo: the NMEA streams of the boat's GPS receiver and echo sounder.
 
+#include <cctype>
 #include <cstdio>
 #include <memory>
 
 #include "sim/boat_track_stream.h"
 #include "sim/device_server.h"
+#include "sim/nmea_output.h"
 #include "sim/main/river_options.h"
 #include "sim/main/sim_commands.h"
 #include "sim/pseudo_terminal.h"
@@ -20,12 +22,21 @@ struct StreamValues {
     std::string link;
     int baud = 4800;
     double rateHz = 1.0;
+    bool once = false;
+    std::string talker = kDefaultGpsTalker;
 };
+
+// Two letters, as every NMEA talker has.
+bool IsTalker(const std::string& text) {
+    return text.size() == 2 && std::isupper(static_cast<unsigned char>(text[0])) &&
+           std::isupper(static_cast<unsigned char>(text[1]));
+}
 
 int Run(StreamValues& v, StreamKind kind) {
     const char* name = kind == StreamKind::Gps ? "gps" : "echo";
     std::string problem = FinishRiverOptions(v.river, RiverOptionUse::Live);
     if (problem.empty() && !(v.rateHz >= 0.1 && v.rateHz <= 20.0)) problem = "--rate must be 0.1 to 20 per second";
+    if (problem.empty() && !IsTalker(v.talker)) problem = "--talker must be two capital letters, e.g. GP or GN";
     if (!problem.empty()) {
         std::fprintf(stderr, "kvr-sim %s: %s\n", name, problem.c_str());
         return kExitUsage;
@@ -39,10 +50,12 @@ int Run(StreamValues& v, StreamKind kind) {
     std::fflush(stdout);
     InstallStopSignals();
     const BoatTrack track(v.river.scenario);
+    const ServeLifetime lifetime = v.once ? ServeLifetime::OneProgram : ServeLifetime::UntilStopped;
     if (kind == StreamKind::Gps)
-        ServeStream(pty, [&track](double t) { return track.GpsSentences(t); }, 1.0 / v.rateHz);
+        ServeStream(pty, [&track, &v](double t) { return track.GpsSentences(t, v.talker); }, 1.0 / v.rateHz,
+                    lifetime);
     else
-        ServeStream(pty, [&track](double t) { return track.EchoSentences(t); }, 1.0 / v.rateHz);
+        ServeStream(pty, [&track](double t) { return track.EchoSentences(t); }, 1.0 / v.rateHz, lifetime);
     return kExitOk;
 }
 
@@ -54,6 +67,10 @@ void AddStreamCommand(CLI::App& app, SubcommandRunners& runners, StreamKind kind
     sub->add_option("--link", v->link, "symbolic link to make to the device");
     sub->add_option("--baud", v->baud, "line speed set on the device")->capture_default_str();
     sub->add_option("--rate", v->rateHz, "sentence groups per second")->capture_default_str();
+    sub->add_flag("--once", v->once, "end when the first program that opened the device has closed it");
+    if (kind == StreamKind::Gps)
+        sub->add_option("--talker", v->talker, "talker of the sentences: GP, or GN for a receiver of several systems")
+            ->capture_default_str();
     AddRiverOptions(*sub, v->river, RiverOptionUse::Live);
     runners[sub] = [v, kind] { return Run(*v, kind); };
 }
