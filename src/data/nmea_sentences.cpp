@@ -67,13 +67,29 @@ void NmeaLineReader::Feed(const uint8_t* data, size_t count, const LineSink& onL
     }
 }
 
+bool LineHasTalker(const std::string& line, const std::string& talkerPrefix, size_t* talkerLength) {
+    if (line.empty() || line[0] != '$') return false;
+    size_t from = 0;
+    for (;;) {
+        const size_t bar = talkerPrefix.find('|', from);
+        const size_t length = (bar == std::string::npos ? talkerPrefix.size() : bar) - from;
+        bool same = line.size() >= 1 + length;
+        for (size_t i = 0; same && i < length; ++i)
+            same = UpperAscii(line[1 + i]) == UpperAscii(talkerPrefix[from + i]);
+        if (same) {
+            if (talkerLength != nullptr) *talkerLength = length;
+            return true;
+        }
+        if (bar == std::string::npos) return false;
+        from = bar + 1;
+    }
+}
+
 int ParseNmeaLine(const std::string& line, const std::string& talkerPrefix, const NodeRef& sentences) {
     if (sentences.IsNull()) return 0;
-    const size_t start = 1 + talkerPrefix.size();
-    if (line.size() < start || line[0] != '$') return 0;
-    for (size_t i = 0; i < talkerPrefix.size(); ++i) {
-        if (UpperAscii(line[1 + i]) != UpperAscii(talkerPrefix[i])) return 0;
-    }
+    size_t talkerLength = 0;
+    if (!LineHasTalker(line, talkerPrefix, &talkerLength)) return 0;
+    const size_t start = 1 + talkerLength;
 
     // Cut the checksum: the last "*" counts only if no "," stands behind it.
     size_t end = line.size();

@@ -25,9 +25,17 @@ namespace rm {
 // The value that marks an absent position, depth or velocity.
 constexpr double kNmeaNoValue = 32767.0;
 
-// Talker prefixes that the two streams accept by default.
-constexpr const char* kGpsTalkerPrefix = "GP";
+// Talker prefixes that the two streams accept by default. A prefix may list alternatives
+// separated by "|". The GPS stream takes "GP" and the talkers under which receivers of today send
+// their position sentences: GN (several satellite systems combined), GL (GLONASS), GA (Galileo),
+// GB (BeiDou), GQ (QZSS) and GI (NavIC). The tree keys a sentence by its id alone ("GGA"), so the
+// newest GGA counts whichever talker sent it; the stored line keeps the talker.
+constexpr const char* kGpsTalkerPrefix = "GP|GN|GL|GA|GB|GQ|GI";
 constexpr const char* kEchoTalkerPrefix = "SD";
+
+// Whether `line` begins with "$" and one of the alternatives of `talkerPrefix` (case ignored);
+// `talkerLength`, when given, receives the length of the alternative found.
+bool LineHasTalker(const std::string& line, const std::string& talkerPrefix, size_t* talkerLength = nullptr);
 
 // Collects bytes into lines. A line ends at LF, CR or NUL; empty lines are skipped. The buffer
 // holds at most 1023 characters: when the 1024th arrives, the oldest 299 are dropped and the
@@ -54,7 +62,7 @@ private:
 };
 
 // Stores one line in the tree of newest sentences. The line must start with "$" followed by
-// `talkerPrefix` (case ignored). A "*" found scanning back from the end, before any ",", cuts
+// `talkerPrefix`, or one of its alternatives (case ignored). A "*" found scanning back from the end, before any ",", cuts
 // off the checksum (which is not tested). The text after the prefix is split at commas; the
 // first word is the id. Returns 1 if a sentence was stored, 0 if the line was dropped.
 int ParseNmeaLine(const std::string& line, const std::string& talkerPrefix, const NodeRef& sentences);

@@ -68,8 +68,8 @@ private:
     std::vector<uint8_t> buffer_;
 };
 
-// The two streams of a document: GPS with the talker "GP" and the ".raw_gps" copy; echo sounder
-// with the talker of its settings and the ".raw_echo" copy.
+// The two streams of a document: GPS with the talkers of kGpsTalkerPrefix ("GP", "GN", ...) and the
+// ".raw_gps" copy; echo sounder with the talker of its settings and the ".raw_echo" copy.
 NmeaPortReader MakeGpsPortReader();
 NmeaPortReader MakeEchoPortReader(const EchoSounderSettings& settings);
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "data/nmea_sentences.h"
 #include "data/pmk_file.h"
 #include "data/text_file.h"
 #include "data/variant.h"
@@ -25,8 +26,9 @@ bool IsProfileTree(const std::string& name) {
 }  // namespace
 
 const RawSentenceExportInfo& RawSentenceExportOf(RawSentenceKind kind) {
-    static const RawSentenceExportInfo gps{".gps", "GPS data files", "$GP", "GPSData", ".raw_gps"};
-    static const RawSentenceExportInfo echo{".ecs", "EchoSounder data files", "$SD", "EsData", ".raw_echo"};
+    static const RawSentenceExportInfo gps{".gps", "GPS data files", kGpsTalkerPrefix, "GPSData", ".raw_gps"};
+    static const RawSentenceExportInfo echo{".ecs", "EchoSounder data files", kEchoTalkerPrefix, "EsData",
+                                            ".raw_echo"};
     return kind == RawSentenceKind::Gps ? gps : echo;
 }
 
@@ -40,7 +42,6 @@ std::string RawSentenceFilter(RawSentenceKind kind) {
 int WriteRawSentences(const NodeRef& extraDataRoot, RawSentenceKind kind, const std::string& outputPath,
                       const NodeRef& selection) {
     const RawSentenceExportInfo& info = RawSentenceExportOf(kind);
-    const std::string prefix = info.prefix;
     TextFile out;
     if (!out.Open(outputPath)) return -1;
     int lines = 0;
@@ -53,7 +54,7 @@ int WriteRawSentences(const NodeRef& extraDataRoot, RawSentenceKind kind, const 
         if (!sentences) continue;
         for (int s = 0; s < sentences.ItemCount(); ++s) {
             const std::string line = sentences.ItemValue(s).ToText();
-            if (line.compare(0, prefix.size(), prefix) != 0) continue;
+            if (!LineHasTalker(line, info.talkers)) continue;
             if (!Selected(selection, sentences.ItemName(s))) continue;
             out.Write("%s\n", line.c_str());
             ++lines;

@@ -1,7 +1,8 @@
 #pragma once
 // The raw GPS and echo sounder export: the NMEA sentences a recording kept per profile in its
 // side file (.pmk), written back one a line into a .raw_gps or .raw_echo text. Only sentences
-// whose text begins with the stream's prefix ("$GP" or "$SD") go out.
+// whose text begins with "$" and a talker of the stream go out: for the GPS the talkers its
+// reader accepts ("GP", "GN", ...; kGpsTalkerPrefix), for the echo sounder "SD".
 
 #include <string>
 
@@ -14,7 +15,7 @@ enum class RawSentenceKind { Gps, EchoSounder };
 struct RawSentenceExportInfo {
     const char* extension;  // of the save dialog's files
     const char* filterText;
-    const char* prefix;       // a sentence goes out when its text begins with this
+    const char* talkers;      // a sentence goes out when its text begins with "$" and one of these
     const char* settingsKey;  // the profile's branch in the side file, and the selection setting
     const char* outputExtension;
 };

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@
 #include "cli/sim_recording.h"
 #include "data/byte_io.h"
 #include "data/kvr_data.h"
+#include "data/nmea_sentences.h"
 #include "data/pmk_file.h"
 #include "sim/live_transect.h"
 #include "sim/sim_process.h"
@@ -43,15 +45,17 @@ protected:
         instrument.Stop();
     }
 
-    // Starts the instrument with `faults` making `profiles` frames at most.
+    // Starts the instrument with `faults` making `profiles` frames at most, over the crossing of
+    // a default recording (100 profiles of 1 s), which SentFrames rebuilds.
     void StartInstrument(int profiles, const Args& faults = {}) {
         Args args{"instrument", "--interval", kFrameInterval, "--averaging-interval", "1", "--profiles", "100",
                   "--max-profiles", std::to_string(profiles), "--truth", dir.File("truth.json")};
         args.insert(args.end(), faults.begin(), faults.end());
         ASSERT_TRUE(instrument.Start(sim::KvrSimProgram(), args, dir.File("instrument.err"))) << instrument.Error();
     }
-    void StartNmeaDevices() {
-        ASSERT_TRUE(gps.Start(sim::KvrSimProgram(), {"gps", "--rate", "4"}, dir.File("gps.err"))) << gps.Error();
+    void StartNmeaDevices(const std::string& gpsTalker = "GP") {
+        ASSERT_TRUE(gps.Start(sim::KvrSimProgram(), {"gps", "--rate", "4", "--talker", gpsTalker}, dir.File("gps.err")))
+            << gps.Error();
         ASSERT_TRUE(echo.Start(sim::KvrSimProgram(), {"echo", "--rate", "4"}, dir.File("echo.err"))) << echo.Error();
     }
 
@@ -155,10 +159,16 @@ TEST_F(RecordCommand, RecordedFileHoldsTheSentFramesAndMeasuresTheRiver) {
 }
 
 TEST_F(RecordCommand, ExternalGpsAndEchoSounderGoToTheSideFilesAndTheGpsBlock) {
+    // The GPS is a receiver of today, which sends its combined fixes as $GNGGA and $GNRMC: the
+    // check finds it, and its positions go into the records, the side file and the exports.
     constexpr int kProfiles = 4;
     StartInstrument(kProfiles);
-    StartNmeaDevices();
+    StartNmeaDevices("GN");
     ASSERT_FALSE(HasFatalFailure());
+    const ProcessResult check = RunProgram("ripplemark-cli", {"check", "--gps", gps.DevicePath()}, 30);
+    EXPECT_EQ(check.exitStatus, 0) << check.Describe() << check.out;
+    EXPECT_NE(check.out.find("The GPS system is operating correctly."), std::string::npos) << check.out;
+
     const ProcessResult r = Record(kProfiles, {"--gps", gps.DevicePath(), "--echo", echo.DevicePath()});
     ASSERT_EQ(r.exitStatus, 0) << r.Describe() << r.err;
     for (const char* ext : {".raw_gps", ".raw_echo"})
@@ -169,6 +179,31 @@ TEST_F(RecordCommand, ExternalGpsAndEchoSounderGoToTheSideFilesAndTheGpsBlock) {
     EXPECT_EQ(pmk.settings.gpsPresent, 1);
     EXPECT_EQ(pmk.settings.echoSounderPresent, 1);
     EXPECT_GE(pmk.profileTrees, kProfiles);
+    const NodeRef first = pmk.extraDataRoot.GetChildByName(ProfileNodeName(1));
+    ASSERT_TRUE(first);
+    EXPECT_EQ(SentenceLine(first.GetChildByName("GPSData"), "GGA").rfind("$GNGGA,", 0), 0u);
+
+    // The raw export writes the sentences back as received; the .gps export has a position for
+    // every profile (the simulator's boat starts at 45 N, 7 E).
+    ASSERT_EQ(RunCli({"export", dir.File("T1.kvr"), "--format", "raw-gps", "-o", dir.File("T1.out_gps")}).exitStatus, 0);
+    std::ifstream raw(dir.File("T1.out_gps"));
+    std::string line;
+    int rawLines = 0;
+    for (; std::getline(raw, line); ++rawLines) EXPECT_EQ(line.rfind("$GN", 0), 0u) << line;
+    EXPECT_GE(rawLines, kProfiles);
+    ASSERT_EQ(RunCli({"export", dir.File("T1.kvr"), "--format", "gps", "-o", dir.File("T1x")}).exitStatus, 0);
+    std::ifstream positions(dir.File("T1x.gps"));
+    int profilesWithPositions = 0;
+    while (std::getline(positions, line)) {
+        std::istringstream fields(line);
+        int profile = 0;
+        double startTime = 0, lat = 0, lon = 0, endTime = 0, endLat = 0, endLon = 0;
+        if (!(fields >> profile >> startTime >> lat >> lon >> endTime >> endLat >> endLon)) continue;
+        EXPECT_NEAR(endLat, 45.0, 0.01) << line;
+        EXPECT_NEAR(endLon, 7.0, 0.01) << line;
+        ++profilesWithPositions;
+    }
+    EXPECT_EQ(profilesWithPositions, kProfiles);
 
     // On disk the record carries the 48-byte GPS block after the bottom track (no external
     // sensor here), header bit 1 and header size 0x80; the rest is the frame as sent.

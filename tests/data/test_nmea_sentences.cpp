@@ -81,6 +81,22 @@ TEST(ParseNmeaLine, DropsOtherTalkersMissingDollarAndEmptyId) {
     EXPECT_EQ(ParseNmeaLine("$gpRMC,1", "GP", tree), 1);  // the prefix is matched without case
 }
 
+TEST(ParseNmeaLine, TheGpsStreamTakesThePositionTalkersOfTodaysReceivers) {
+    // "GP" and the talkers of combined and other satellite systems, each keyed by the id alone:
+    // the newest GGA stands under "GGA" with its own talker in the line.
+    NodeRef tree = NodeRef::MakeNew();
+    for (const char* talker : {"GP", "GN", "GL", "GA", "GB", "GQ", "GI", "gn"}) {
+        const std::string line = std::string("$") + talker + "GGA,120000.00,4500.0,N,00700.0,E,1,08,1.0,10.0,M,,M,,";
+        EXPECT_EQ(ParseNmeaLine(line, kGpsTalkerPrefix, tree), 1) << talker;
+        EXPECT_EQ(SentenceLine(tree, "GGA"), line);
+    }
+    for (const char* other : {"$IIGGA,1", "$SDDPT,3.4,0.0", "$GXGGA,1", "$G", "$", "GNGGA,1"})
+        EXPECT_EQ(ParseNmeaLine(other, kGpsTalkerPrefix, tree), 0) << other;
+    EXPECT_EQ(tree.ItemCount(), 1);
+    // The echo sounder's stream is not widened.
+    EXPECT_EQ(ParseNmeaLine("$GNDPT,3.4,0.0", kEchoTalkerPrefix, tree), 0);
+}
+
 TEST(ParseNmeaLine, LaterSentenceOverwritesFieldsAndKeepsOnesItLacks) {
     NodeRef tree = NodeRef::MakeNew();
     ParseNmeaLine("$GPGXP,1,2,3", "GP", tree);

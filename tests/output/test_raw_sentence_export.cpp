@@ -16,7 +16,7 @@ using asciitest::ScratchFolder;
 
 const std::string kGga1 = "$GPGGA,120000.00,4500.0000,N,00700.0000,E,1,08,1.0,10.0,M,,M,,*4F";
 const std::string kRmc1 = "$GPRMC,120000.00,A,4500.0000,N,00700.0000,E,1.0,90.0,010120,1.5,E*00";
-const std::string kGga2 = "$GPGGA,120001.00,4500.0010,N,00700.0010,E,1,08,1.0,10.0,M,,M,,*4E";
+const std::string kGga2 = "$GNGGA,120001.00,4500.0010,N,00700.0010,E,1,08,1.0,10.0,M,,M,,*50";
 const std::string kDpt = "$SDDPT,3.50,0.20*6C";
 
 // Side-file trees as a recording stores them: per profile GPSData and EsData branches.
@@ -27,14 +27,14 @@ NodeRef SideFileRoot() {
     const NodeRef echo1 = BuildSentenceTree({kDpt}, kEchoTalkerPrefix);
     root.Append(ProfileNodeName(1), Variant(), MakeProfileNode(gps1, echo1));
     const NodeRef gps2 = BuildSentenceTree({kGga2}, kGpsTalkerPrefix);
-    // A sentence of another talker stored by hand must not pass the "$GP" filter.
-    gps2.Append("GSA", Variant(std::string("$GNGSA,A,3*1F")));
+    // A sentence of a talker that is not a satellite receiver's, stored by hand, does not go out.
+    gps2.Append("XDR", Variant(std::string("$IIXDR,C,12.5,C,AIR*2D")));
     root.Append(ProfileNodeName(2), Variant(), MakeProfileNode(gps2, NodeRef()));
     return root;
 }
 
 // Each sentence on its own line of a text file (CR LF), in profile order, only those of the
-// stream's prefix and, with a selection, only those not switched off.
+// stream's talkers ("$GP", "$GN", ... or "$SD") and, with a selection, only those not switched off.
 TEST(RawSentenceExport, SentencesOfTheStreamOneALine) {
     NodeRef selection = NodeRef::MakeNew();
     selection.SetValue("GGA", Variant(int32_t{0}));
