@@ -1,5 +1,5 @@
 // ripplemark-cli record --port PATH [--baud N] [--gps PATH [--gps-baud N]] [--echo PATH
-// [--echo-baud N]] --dir DIR [--name STEM] (--profiles N | --seconds S) [--left-distance M
+// [--echo-baud N]] [--dir DIR] [--name STEM] (--profiles N | --seconds S) [--left-distance M
 // --right-distance M --start-bank left|right]: records a transect from the instrument and prints
 // the files written and the measurement.
 
@@ -45,7 +45,7 @@ const CommandRegistration registration{Command{
         sub.add_option("--gps-baud", c->gps.baud, "Baud rate of the GPS")->needs(gps)->capture_default_str();
         auto* echo = sub.add_option("--echo", c->echo.path, "Device path of an echo sounder");
         sub.add_option("--echo-baud", c->echo.baud, "Baud rate of the echo sounder")->needs(echo)->capture_default_str();
-        sub.add_option("--dir", c->directory, "Folder of the recording")->required();
+        sub.add_option("--dir", c->directory, "Folder of the recording (default: the recording folder of the settings)");
         sub.add_option("--name", c->name, "File stem (automatic naming off): DIR/STEM.kvr");
         sub.add_flag("--overwrite", c->overwrite, "Replace an existing data file of that name");
         auto* profiles = sub.add_option("--profiles", c->profiles, "Stop after N profiles written")

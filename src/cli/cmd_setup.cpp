@@ -1,9 +1,9 @@
 // ripplemark-cli setup --port PATH [--set Setup/KEY=VALUE]... [--save-config NAME | --load-config
 // NAME]: reads the instrument's user setup, changes it under the setup rules, sends it back.
 
-#include "app/app_settings.h"
 #include "cli/command.h"
 #include "cli/link_commands.h"
+#include "cli/recording_folder.h"
 
 #include <iostream>
 #include <memory>
@@ -24,8 +24,12 @@ const CommandRegistration registration{Command{
         sub.add_option("--config-dir", choices->configFolder,
                        "Folder of saved configurations (default: the recording folder)");
         return [choices] {
-            if (choices->configFolder.empty()) choices->configFolder = AppSettings().DataFolder();
             return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
+                const bool needsFolder = !choices->saveConfig.empty() || !choices->loadConfig.empty();
+                if (needsFolder && choices->configFolder.empty()) {
+                    choices->configFolder = RecordingFolderFromSettings(prompt);
+                    if (choices->configFolder.empty()) return kExitFailure;
+                }
                 return RunSetupCommand(factory, *choices, prompt, std::cout);
             });
         };

@@ -1,7 +1,6 @@
 // ripplemark-cli systest --port PATH [--log-dir DIR] [--deployment NAME]: the instrument's full
 // system test, shown as it runs and logged to NAME.TestLog.
 
-#include "app/app_settings.h"
 #include "cli/command.h"
 #include "cli/link_commands.h"
 
@@ -21,7 +20,6 @@ const CommandRegistration registration{Command{
         sub.add_option("--deployment", choices->deploymentName,
                        "Name of the log (default: the instrument's deployment name)");
         return [choices] {
-            if (choices->logFolder.empty()) choices->logFolder = AppSettings().DataFolder();
             return RunOnSerialPorts([&](SerialPortFactory& factory, UserPrompt& prompt) {
                 return RunSystemTestCommand(factory, *choices, prompt, std::cout);
             });

@@ -42,7 +42,7 @@ int RunSetupCommand(SerialPortFactory& factory, const SetupChoices& choices, Use
 
 struct SystemTestChoices {
     PortChoice instrument;
-    std::string logFolder;       // the test log's folder
+    std::string logFolder;       // the test log's folder; empty: the recording folder of the settings
     std::string deploymentName;  // empty: the instrument's own
 };
 

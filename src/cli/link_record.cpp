@@ -8,6 +8,7 @@
 #include "cli/measurement_output.h"
 #include "cli/processing_session.h"
 #include "cli/record_command.h"
+#include "cli/recording_folder.h"
 #include "app/survey_document.h"
 #include "link/port_record.h"
 #include "link/prepare_collection.h"
@@ -168,7 +169,7 @@ int ReportMeasurement(const RecordChoices& choices, const std::string& dataPath,
 }  // namespace
 
 int RunRecordCommand(SerialPortFactory& factory, const RecordChoices& choices, UserPrompt& prompt, std::ostream& out) {
-    if (!IsFolder(choices.directory)) {
+    if (!choices.directory.empty() && !IsFolder(choices.directory)) {
         prompt.Message("No such folder: " + choices.directory);
         return kExitUsage;
     }
@@ -179,6 +180,8 @@ int RunRecordCommand(SerialPortFactory& factory, const RecordChoices& choices, U
     CSurveyKVRDoc doc(app, prompt, kModeLive);
     InstrumentLinkState link;
     if (!ReadInstrumentSetup(factory, choices, ports, doc.Data(), link, prompt)) return kExitFailure;
+    const std::string directory = choices.directory.empty() ? RecordingFolderFromSettings(prompt) : choices.directory;
+    if (directory.empty()) return kExitFailure;
     CommandLineEdges edges(choices);
     doc.SetEdgeQuestion(&edges);
 
@@ -192,7 +195,7 @@ int RunRecordCommand(SerialPortFactory& factory, const RecordChoices& choices, U
     doc.SetLiveProfileObserver([&doc](int count, bool good) { PrintProgress(doc, count, good); });
 
     DataFileNameRequest request;
-    request.directory = choices.directory;
+    request.directory = directory;
     request.deploymentName = choices.name.empty() ? doc.Data().user.DeploymentName : choices.name;
     request.naming = choices.name.empty() ? FileNaming::Numbered : FileNaming::Plain;
     if (!doc.ToggleRecord(request)) {

@@ -1,6 +1,7 @@
 #include "cli/link_commands.h"
 
 #include "cli/command.h"
+#include "cli/recording_folder.h"
 #include "data/kvr_data.h"
 #include "link/record_transfer.h"
 #include "link/system_test.h"
@@ -22,7 +23,9 @@ int RunSystemTestCommand(SerialPortFactory& factory, const SystemTestChoices& ch
     InstrumentLinkState state;
     if (!GetConfRecord(dialogue, kvr, state) || !GetUserRecord(dialogue, kvr, state)) return kExitFailure;
     const std::string name = choices.deploymentName.empty() ? kvr.user.DeploymentName : choices.deploymentName;
-    const std::string logPath = TestLogPath(choices.logFolder, name.empty() ? std::string("SystemTest") : name);
+    const std::string folder = choices.logFolder.empty() ? RecordingFolderFromSettings(prompt) : choices.logFolder;
+    if (folder.empty()) return kExitFailure;
+    const std::string logPath = TestLogPath(folder, name.empty() ? std::string("SystemTest") : name);
 
     StreamWindow window(out);
     const int result = RunSystemTest(dialogue, logPath, kvr.conf.CompassInstalled != 0, &window);

@@ -19,7 +19,7 @@ struct RecordChoices {
     PortChoice instrument;
     PortChoice gps{"", kDefaultNmeaBaud};
     PortChoice echo{"", kDefaultNmeaBaud};
-    std::string directory;
+    std::string directory;  // empty: the recording folder of the settings
     std::string name;  // empty: automatic numbered naming from the deployment name
     bool overwrite = false;
     int profiles = 0;     // stop after this many records are written (0: not given)

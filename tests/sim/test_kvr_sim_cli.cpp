@@ -116,10 +116,14 @@ TEST(KvrSimCliTest, WrongArgumentsExitWithUsageStatus) {
     }
     EXPECT_TRUE(simtest::FileBytes(out).empty());
 
-    // A file that cannot be written is a failure with a message, not a usage error.
-    const ProgramRun r = KvrSim(dir, {"river", "--out", dir.File("no/such/folder/x.kvr")});
+    // A folder that does not exist yet is made; one that cannot be made (a file stands in its
+    // way) is a failure with a message, not a usage error.
+    ProgramRun r = KvrSim(dir, {"river", "--out", dir.File("new/folder/x.kvr")});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_FALSE(simtest::FileBytes(dir.File("new/folder/x.kvr")).empty());
+    r = KvrSim(dir, {"river", "--out", dir.File("new/folder/x.kvr/y.kvr")});
     EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("x.kvr"), std::string::npos);
+    EXPECT_NE(r.err.find("new/folder/x.kvr"), std::string::npos) << r.err;
     EXPECT_TRUE(r.out.empty());
 }
 

@@ -1,6 +1,7 @@
 // kvr-sim river: a recording of a boat crossing the virtual river, and its truth as JSON.
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 #include "data/user_prompt.h"
@@ -20,6 +21,17 @@ void AddRiverCommand(CLI::App& app, SubcommandRunners& runners) {
         if (!problem.empty()) {
             std::fprintf(stderr, "kvr-sim river: %s\n", problem.c_str());
             return kExitUsage;
+        }
+        // The recording's folder is made when it does not exist yet.
+        const std::filesystem::path folder = std::filesystem::path(values->scenario.outputPath).parent_path();
+        std::error_code error;
+        if (!folder.empty() && !std::filesystem::is_directory(folder, error)) {
+            std::filesystem::create_directories(folder, error);
+            if (error) {
+                std::fprintf(stderr, "kvr-sim river: cannot make the folder %s: %s\n", folder.string().c_str(),
+                             error.message().c_str());
+                return kExitFailure;
+            }
         }
         StderrPrompt prompt(true);
         const RecordingResult result = WriteRiverRecording(values->scenario, prompt);
