@@ -59,12 +59,15 @@ VelocityVector VelocityChain::Transform(const std::array<int16_t, kMaxRows>& raw
             const int16_t r = raw[static_cast<size_t>(beam)];
             if (r == kBadVelocity || (shallow && r >= kShallowBadFrom)) return out;
         }
+        // The velocity scale applies here too: in the finer unit a transformed velocity would
+        // otherwise come out ten times too fast.
+        const float scale = static_cast<float>(scale_);
         for (int row = 0; row < rows_; ++row) {
             float sum = 0.0f;
             for (int beam = 0; beam < rows_; ++beam) {
                 sum += static_cast<float>(raw[static_cast<size_t>(beam)]) * matrix_.m.at(row, beam) * 0.1f;
             }
-            out[static_cast<size_t>(row)] = sum;
+            out[static_cast<size_t>(row)] = sum * scale;
         }
         return out;
     }

@@ -44,7 +44,7 @@ TEST_F(VelocityChainTest, SameSystemScalesByATenthAndCatchesBadValuesByFormat) {
     EXPECT_NEAR(Cell(1, kCoordXyz)[0], 327.67, 1e-3);
 }
 
-TEST_F(VelocityChainTest, MatrixWorksOnRawValuesWithoutScaleOrSoundSpeed) {
+TEST_F(VelocityChainTest, MatrixWorksOnRawValuesInTheirUnitWithoutSoundSpeed) {
     Build(kCoordBeam);
     settings.SalinityCorrectionType = 1;  // f != 1: salinity 35 instead of 0 at 15 degC
     settings.CorrectedSalinityInPpt = 35.0;
@@ -57,8 +57,10 @@ TEST_F(VelocityChainTest, MatrixWorksOnRawValuesWithoutScaleOrSoundSpeed) {
     const double c0 = 1449.2 + 15 * (4.6 + 15 * (-0.055 + 0.00029 * 15)) - 35 * (1.34 - 0.15);
     const double f = static_cast<float>(1449.2 + 15 * (4.6 + 15 * (-0.055 + 0.00029 * 15))) / c0;
     EXPECT_NEAR(Cell(0, kCoordBeam)[0], 10.0 * f, 1e-4);
+    // In the finer unit a raw 100 is 1 cm/s, transformed or not (f only where nothing transforms).
     UseReducedVelocityUnit();
-    EXPECT_FLOAT_EQ(Cell(0, kCoordXyz)[0], 10.0f);
+    EXPECT_FLOAT_EQ(Cell(0, kCoordXyz)[0], 1.0f);
+    EXPECT_NEAR(Cell(0, kCoordBeam)[0], 1.0 * f, 1e-5);
 }
 
 TEST_F(VelocityChainTest, EnuRecordingTurnsByTheStoredDeclination) {
