@@ -154,6 +154,7 @@ struct DerivedValues {
     double documentShallowWaterVelocityFactor = 1.0;
     double shallowWaterFactorA = 0.0;  // 0.72 when the shallow-water block is in use
     double shallowWaterFactorB = 0.0;  // 1.0 when the shallow-water block is in use
+    double intervalUnitSeconds = 1.0;  // IntervalUnitSeconds of the user setup
 };
 
 // Result codes of the decoders.
@@ -206,6 +207,11 @@ int16_t DeclinationToRaw(double degrees);
 bool OperDisablesBottomTrack(const InstrumentConf& conf, const OperationRecord& oper, const UserSetup& user);
 // Forces the Bottom Track byte of `user` to 0 when OperDisablesBottomTrack.
 void ApplyOperationLimits(const InstrumentConf& conf, const OperationRecord& oper, UserSetup& user);
+
+// Seconds of one count of the setup's averaging and profile intervals: an instrument in
+// pulse-coherent mode keeps them in tenths of a second unless the shallow-water ping runs
+// (Bottom Track 2); 1 otherwise.
+double IntervalUnitSeconds(const UserSetup& user);
 
 // All derived values of the three records.
 DerivedValues DeriveValues(const InstrumentConf& conf, const OperationRecord& oper, const UserSetup& user);

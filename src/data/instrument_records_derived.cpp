@@ -79,6 +79,8 @@ void ApplyOperationLimits(const InstrumentConf& conf, const OperationRecord& ope
     if (OperDisablesBottomTrack(conf, oper, user)) user.BottomTrack = 0;
 }
 
+double IntervalUnitSeconds(const UserSetup& user) { return user.PCMode != 0 && user.BottomTrack != 2 ? 0.1 : 1.0; }
+
 DerivedValues DeriveValues(const InstrumentConf& conf, const OperationRecord& oper, const UserSetup& user) {
     DerivedValues d;
     DerivePressure(conf, d);
@@ -87,6 +89,7 @@ DerivedValues DeriveValues(const InstrumentConf& conf, const OperationRecord& op
     d.pcMode = user.PCMode != 0;
     d.bottomTrackMode = OperDisablesBottomTrack(conf, oper, user) ? 0 : user.BottomTrack;
     d.hasShallowWaterBlock = d.pcMode || d.bottomTrackMode == 2;
+    d.intervalUnitSeconds = IntervalUnitSeconds(user);
     const bool newFirmware = conf.CPUSoftwareVerNum >= 165;
     d.shallowWaterVelocityFactor = (d.pcMode && newFirmware) ? 0.1 : 1.0;
     d.documentShallowWaterVelocityFactor = (d.hasShallowWaterBlock && newFirmware) ? 0.1 : 1.0;

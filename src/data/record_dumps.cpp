@@ -134,10 +134,13 @@ void DumpSetup(std::ostream& out, const UserSetup& u) {
     line("Blank Distance", Printf("%d cm", u.BlankDistance));
     line("Sensor Depth", Printf("%u cm", static_cast<unsigned>(u.SensorDepth)));
     line("Temperature Mode", Word(u.TemperatureMode, {"USER", "MEASURED"}));
-    // In pulse-coherent mode the averaging interval is kept in tenths of a second.
-    line("Averaging Interval",
-         u.PCMode ? Printf("%.1f s", u.AveragingInterval / 10.0) : Printf("%d s", u.AveragingInterval));
-    line("Profile Interval", Printf("%d s", u.ProfileInterval));
+    // In pulse-coherent mode without the shallow-water ping the intervals count tenths of a second.
+    const double unit = IntervalUnitSeconds(u);
+    const auto interval = [unit](uint16_t stored) {
+        return unit < 1.0 ? Printf("%.1f s", stored * unit) : Printf("%d s", stored);
+    };
+    line("Averaging Interval", interval(u.AveragingInterval));
+    line("Profile Interval", interval(u.ProfileInterval));
     line("Ping Interval", Printf("%.1f s", u.PingInterval / 10.0));
     line("Burst Mode", Word(u.BurstMode, {"DISABLED", "ENABLED"}));
     line("Burst Interval", Printf("%d s", u.BurstInterval))("Profiles per Burst", Printf("%d", u.ProfilesPerBurst));

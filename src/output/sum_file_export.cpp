@@ -3,6 +3,7 @@
 #include "app/dis_export.h"
 #include "output/discharge_calculation.h"
 #include "processing/measurement_start.h"
+#include "processing/processing_inputs.h"
 
 namespace rm {
 
@@ -38,7 +39,7 @@ SumFileInputs SumFileInputsOf(const CSurveyKVRDoc& document, const AppSettings& 
     in.variableRange = document.Measurement().ShallowWaterPing != 0 && settings.UseShallowWaterPing != 0;
     in.rangeStart = in.blanking;
     in.rangeEnd = in.blanking + user.NumberOfCells * user.CellSizeCm * 0.01;
-    in.averagingInterval = user.AveragingInterval;
+    in.averagingInterval = AveragingIntervalSeconds(data);
     in.coordinateSystem = user.CoordinateSystem;
     in.bottomTrack = data.derived.bottomTrackMode != 0;
     in.magneticDeclination = document.MagneticDeclination();

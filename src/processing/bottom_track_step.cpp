@@ -28,13 +28,13 @@ std::array<float, 4> DepthsFromRaw(const RawBottomTrack& raw, int beams, double 
 }
 
 // Track point: the bed moves against the boat, so the boat's point moves by minus the
-// bottom-track displacement over the averaging interval.
+// bottom-track displacement over the profile's time step.
 void TrackStep(ProcessingContext& ctx, int slot) {
     SlotResults& results = ctx.slots[static_cast<size_t>(slot)];
     if (ctx.state.count > RingSize(ctx)) ctx.state.bottomTrackOrigin = results.bottomTrackPoint;
     const TrackPoint previous =
         IsFirstProfile(ctx) ? TrackPoint{} : ctx.slots[static_cast<size_t>(PreviousSlot(ctx, slot))].bottomTrackPoint;
-    const double interval = ctx.data.user.AveragingInterval;
+    const double interval = ProfileTimeStep(ctx.data);
     const float east = results.bottomTrack.Velocity[0], north = results.bottomTrack.Velocity[1];
     double dx = 0.0, dy = 0.0;
     if (east < MissingValueF && north < MissingValueF) {

@@ -34,7 +34,7 @@ public:
     double TrackLength = 0;
     double MadeGoodSpeed = 0;
     std::string SystemName, SystemType, SoftwareVersion;
-    double Interval = 0;
+    double Interval = 0;  // the setup's averaging interval, s
     double TransducerDepth = 0, Blanking = 0;
     int32_t NumberOfCells = 0;
     double CellSize = 0;

@@ -53,8 +53,8 @@ bool IsLastTakenIn(const ProcessingContext& ctx, int profileIndex);
 // The profile's values are still in the ring (it has been taken in and not overwritten since).
 bool IsHeldInRing(const ProcessingContext& ctx, int profileIndex);
 
-// Discharge of a velocity (x, y) in cm/s over a thickness t in m during one averaging interval:
-// q = (bN x - bE y) t dt 0.01 s, with the boat vector b in m/s, dt the interval in s, s = -1 when
+// Discharge of a velocity (x, y) in cm/s over a thickness t in m during one profile's time step:
+// q = (bN x - bE y) t dt 0.01 s, with the boat vector b in m/s, dt the time step in s, s = -1 when
 // the start bank is the right one, and 0.01 in single precision. MissingValue for a missing
 // velocity.
 class VectorDischarge {

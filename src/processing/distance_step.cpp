@@ -14,15 +14,6 @@ namespace {
 constexpr double kFastestPlausibleSpeed = 50.0;  // m/s; faster steps are dropped
 constexpr double kDegreesPerRadian = 57.29577951308231;
 constexpr double kSmallestCourseComponent = 0.1;
-constexpr uint8_t kShallowWaterPingMode = 2;
-
-// The averaging interval in seconds: tenths in the pulse-coherent format unless the
-// shallow-water ping runs.
-double PanelInterval(const CKvrData& data) {
-    double t = data.user.AveragingInterval;
-    if (data.derived.pcMode && data.derived.bottomTrackMode != kShallowWaterPingMode) t *= 0.1;
-    return t;
-}
 
 double Length(double east, double north) { return std::sqrt(east * east + north * north); }
 }  // namespace
@@ -32,7 +23,7 @@ void DistanceStep(ProcessingContext& ctx, int slot) {
     if (static_cast<size_t>(slot) >= ctx.slots.size()) return;
     RunningState& state = ctx.state;
     const SlotResults& results = ctx.slots[static_cast<size_t>(slot)];
-    const double t = PanelInterval(ctx.data);
+    const double t = ProfileTimeStep(ctx.data);
 
     if (SlotHasGps(ctx, slot)) {
         const GpsBlock& b = results.gps;
@@ -69,7 +60,7 @@ BoatCourse ComputeBoatCourse(const ProcessingContext& ctx, int slot) {
     BoatCourse out;
     if (static_cast<size_t>(slot) >= ctx.slots.size()) return out;
     const SlotResults& results = ctx.slots[static_cast<size_t>(slot)];
-    const double t = ctx.data.user.AveragingInterval;
+    const double t = ProfileTimeStep(ctx.data);
     double x = 0.0, y = 0.0;
     if (!SlotHasGps(ctx, slot) || FileHasBottomTrack(ctx.data)) {
         const float east = results.bottomTrack.Velocity[0], north = results.bottomTrack.Velocity[1];

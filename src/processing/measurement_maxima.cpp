@@ -18,7 +18,7 @@ void UpdateMaxima(ProcessingContext& ctx, int slot) {
     CDischargeData& d = ctx.discharge;
     const ProcessedProfile& p = ctx.slots[static_cast<size_t>(slot)].processed;
 
-    const double interval = ctx.data.user.AveragingInterval;
+    const double interval = ProfileTimeStep(ctx.data);
     if (interval > 0.0) {
         const double speed = ComputeBoatCourse(ctx, slot).distance / interval;
         d.MaxBoatSpeed = std::max(d.MaxBoatSpeed, static_cast<float>(speed));

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "processing/processing_inputs.h"
 #include "processing/settings_reader.h"
 
 namespace rm {
@@ -20,7 +21,7 @@ void FillSystemText(CDischargeData& m, const CKvrData& data) {
     char version[32];
     std::snprintf(version, sizeof version, "%.1f", data.conf.CPUSoftwareVerNum * 0.1);
     m.SoftwareVersion = version;
-    m.Interval = data.user.AveragingInterval;
+    m.Interval = AveragingIntervalSeconds(data);
     m.Blanking = data.user.BlankDistance * 0.01;
     m.NumberOfCells = data.user.NumberOfCells;
     m.CellSize = data.user.CellSizeCm * 0.01;

@@ -8,6 +8,15 @@ double VelocityScale(const CKvrData& data) { return data.derived.documentShallow
 
 bool HighResolutionFormat(const CKvrData& data) { return VelocityScale(data) != 1.0; }
 
+double AveragingIntervalSeconds(const CKvrData& data) {
+    return data.user.AveragingInterval * data.derived.intervalUnitSeconds;
+}
+
+double ProfileTimeStep(const CKvrData& data) {
+    const int profilesPerItem = data.Grouping() == GroupType::EveryProfile ? 1 : std::max(data.GroupNumber(), 1);
+    return AveragingIntervalSeconds(data) * profilesPerItem;
+}
+
 bool FileHasBottomTrack(const CKvrData& data) { return data.derived.bottomTrackMode != 0; }
 
 int BeamCount(const ProfileRecord& record) { return std::clamp(record.beams, 0, kMaxRows); }

@@ -19,6 +19,13 @@ double VelocityScale(const CKvrData& data);
 // True for the files of reduced velocity unit. In these 32767 is not caught by the first
 // scaling step, and 9999 is the bad marker tested in the ENU rotation.
 bool HighResolutionFormat(const CKvrData& data);
+// The setup's averaging interval in seconds (the instrument may store it in tenths).
+double AveragingIntervalSeconds(const CKvrData& data);
+// The time one profile of the data set stands for, in seconds: the averaging interval, times N
+// when the load kept every N-th profile or the mean of N profiles, so that a thinned load
+// measures the same river. The discharge, the track, the distance made good and its speed, the
+// area and the boat speed all take their time step from here.
+double ProfileTimeStep(const CKvrData& data);
 // The file's records carry bottom track (after the operation record's limit).
 bool FileHasBottomTrack(const CKvrData& data);
 // Beams of a raw profile that the chain can handle (the arrays hold at most four).

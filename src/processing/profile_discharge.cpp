@@ -214,7 +214,7 @@ void ComputeProfileDischarge(ProcessingContext& ctx, int slot) {
     pr.index = ProfileIndexOfSlot(ctx, slot);
     pr.range = SelectedProfileRange(ctx);
     pr.geometry = CellGeometryOf(ctx);
-    pr.dt = static_cast<float>(ctx.data.user.AveragingInterval);
+    pr.dt = static_cast<float>(ProfileTimeStep(ctx.data));
     pr.c = std::clamp(results.waterCells, 0, kMaxCells);
     pr.w = std::max(results.shallowCells, 0);
     wv.WaterCells = pr.c;

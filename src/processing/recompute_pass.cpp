@@ -141,7 +141,7 @@ void FinishPass(ProcessingContext& ctx) {
     const TrackPoint& point =
         ctx.settings.TrackReference == kTrackRefGps ? last.gpsTrackPoint : last.bottomTrackPoint;
     d.MadeGood = static_cast<float>(std::sqrt(point.East * point.East + point.North * point.North));
-    const double seconds = static_cast<double>(ctx.data.user.AveragingInterval) * count;
+    const double seconds = ProfileTimeStep(ctx.data) * count;
     d.MadeGoodSpeed = seconds > 0.0 ? d.MadeGood / seconds : 0.0;
     d.TotalWidth = static_cast<float>(d.MadeGood + ctx.settings.CorrectedLeftDistance +
                                       ctx.settings.CorrectedRightDistance);

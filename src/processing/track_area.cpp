@@ -42,8 +42,8 @@ void UpdateTrackValues(ProcessingContext& ctx, int profileIndex, int slot) {
     d.TrackLength = point.Distance;
     if (FarFromMissing(point.East) && FarFromMissing(point.North)) {
         d.MadeGood = static_cast<float>(std::sqrt(point.East * point.East + point.North * point.North));
-        // The interval as the setup stores it, an unsigned integer, times all profiles taken in.
-        const double span = static_cast<double>(ctx.data.user.AveragingInterval) * ctx.state.count;
+        // The time of all profiles taken in.
+        const double span = ProfileTimeStep(ctx.data) * ctx.state.count;
         d.MadeGoodSpeed = (ctx.state.count > 0 && span > 0.0) ? d.MadeGood / span : 0.0;
     }
     d.TotalWidth = d.RightDistance + d.MadeGood + d.LeftDistance;
@@ -61,18 +61,13 @@ void AddToAreaSums(ProcessingContext& ctx, int profileIndex, int slot) {
     sums.boatNorthDepth += p.BoatNorth * p.Depth;
 }
 
-double AreaInterval(const ProcessingContext& ctx) {
-    if (ctx.discharge.Interval > 0.0) return ctx.discharge.Interval;
-    return ctx.data.user.AveragingInterval;
-}
-
 void ComputeArea(ProcessingContext& ctx, int slot) {
     slot = NormalSlot(ctx, slot);
     const TrackPoint& point = TrackOfReference(ctx, slot);
     const double a = 90.0 - CourseDirection(point.East, point.North);
     const double ca = std::cos(a * kRadiansPerDegree), sa = std::sin(a * kRadiansPerDegree);
     const DischargeRunningSums& sums = ctx.state.dischargeSums;
-    double area = (-sums.boatEastDepth * ca - sums.boatNorthDepth * sa) * AreaInterval(ctx);
+    double area = (-sums.boatEastDepth * ca - sums.boatNorthDepth * sa) * ProfileTimeStep(ctx.data);
     CDischargeData& d = ctx.discharge;
     area = d.RightEdgeArea + d.LeftEdgeArea + area;
     d.Area = area;

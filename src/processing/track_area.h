@@ -21,8 +21,4 @@ void AddToAreaSums(ProcessingContext& ctx, int profileIndex, int slot);
 // the two edge areas; and the mean velocity = |total discharge / area| when the area is not 0.
 void ComputeArea(ProcessingContext& ctx, int slot);
 
-// The averaging interval in seconds that the record's area uses: the record's own, or the
-// user setup's when the record has none.
-double AreaInterval(const ProcessingContext& ctx);
-
 }  // namespace rm

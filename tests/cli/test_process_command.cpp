@@ -88,8 +88,14 @@ TEST_F(ProcessCommand, SetChangesASettingAndSaveWritesItToTheCfg) {
 }
 
 TEST_F(ProcessCommand, SelectionOptionsReachTheDocumentAndTextNamesItsUnits) {
-    EXPECT_EQ(RunCliJson({"process", rec.path, "--json", "--every", "4"})["NumProfiles"], 20);
-    EXPECT_EQ(RunCliJson({"process", rec.path, "--json", "--average", "8"})["NumProfiles"], 10);
+    // A kept profile stands for the intervals it represents: a thinned load measures the river.
+    const double full = RunCliJson({"process", rec.path, "--json"})["TotalDischarge"].get<double>();
+    const nlohmann::json every = RunCliJson({"process", rec.path, "--json", "--every", "4"});
+    const nlohmann::json average = RunCliJson({"process", rec.path, "--json", "--average", "8"});
+    EXPECT_EQ(every["NumProfiles"], 20);
+    EXPECT_EQ(average["NumProfiles"], 10);
+    EXPECT_NEAR(every["TotalDischarge"].get<double>(), full, 0.01 * full);
+    EXPECT_NEAR(average["TotalDischarge"].get<double>(), full, 0.01 * full);
     EXPECT_EQ(RunCliJson({"process", rec.path, "--json", "--first", "11", "--last", "50"})["NumProfiles"], 40);
     // Metric is the default; the option switches the text to English units.
     const ProcessResult metric = RunCli({"process", rec.path});

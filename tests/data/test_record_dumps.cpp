@@ -91,9 +91,14 @@ TEST(RecordDumps, SetupPrintsDeploymentTimeOnlyWhenDeployed) {
     EXPECT_EQ(ValueOf(lines, "Temperature Mode"), "MEASURED");
     EXPECT_EQ(ValueOf(lines, "Coordinate System"), "ENU");
     EXPECT_EQ(ValueOf(lines, "Cell Size"), "12.3 cm");
-    EXPECT_EQ(ValueOf(lines, "Averaging Interval"), "1.0 s");  // tenths in pulse-coherent mode
+    // Pulse-coherent mode with the shallow-water ping keeps its intervals in seconds.
+    EXPECT_EQ(ValueOf(lines, "Averaging Interval"), "10 s");
     EXPECT_EQ(ValueOf(lines, "Magnetic Declination"), "-5.00 deg");
     EXPECT_EQ(ValueOf(lines, "PCMode"), "ON");
+    u.BottomTrack = 1;  // without it, tenths of a second
+    std::ostringstream tenths;
+    DumpSetup(tenths, u);
+    EXPECT_EQ(ValueOf(Parse(tenths.str()), "Averaging Interval"), "1.0 s");
 
     u.DeploymentMode = 0;
     u.BottomTrack = 0;
