@@ -55,6 +55,7 @@ RiverScenario ScenarioForRecords(const RiverScenario& scenario, const Instrument
     s.instrument.coordinateSystem = u.CoordinateSystem;
     s.instrument.bottomTrackMode = u.BottomTrack;
     s.instrument.pulseCoherent = u.PCMode != 0;
+    s.instrument.cpuVersion = records.conf.CPUSoftwareVerNum;
     // The crossing counts whole seconds: an interval in tenths is rounded, to one second at least.
     const int interval = IntervalsInTenths(u) ? (u.ProfileInterval + 5) / 10 : u.ProfileInterval;
     if (u.ProfileInterval >= 1) s.crossing.intervalS = std::max(interval, 1);
@@ -70,7 +71,7 @@ LiveTransect::LiveTransect(const RiverScenario& scenario, const InstrumentRecord
     plan_ = PlanCrossing(scenario_.river, scenario_.crossing);
     const int total = static_cast<int>(plan_.profiles.size());
     planned_ = maxProfiles > 0 ? std::min(maxProfiles, total) : total;
-    generator_ = std::make_unique<TransectGenerator>(scenario_.river, TransectSettingsOf(scenario_, plan_),
+    generator_ = std::make_unique<TransectGenerator>(scenario_.river, TransectSettingsOf(scenario_, plan_, records_),
                                                      BeamToXyzOf(records_), scenario_.seed);
     if (!generator_->Usable()) {
         problem_ = "the beam matrix of the configuration cannot be inverted";

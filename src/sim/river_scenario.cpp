@@ -15,7 +15,12 @@ namespace {
 
 constexpr uint8_t kOperRecordType = 17;
 constexpr uint8_t kUserRecordType = 18;
-constexpr uint16_t kPingIntervalTenths = 2;
+constexpr uint16_t kPingIntervalTenths = 2;     // 5 pings a second
+constexpr uint16_t kPcPingIntervalTenths = 1;   // 10 pings a second in pulse-coherent mode
+constexpr int kFinerUnitFirmware = 165;
+constexpr double kLargestFinerVelocityMs = 3.2766;  // 32766 tenths of mm/s
+constexpr int kLeastAmbiguityMm = 500;
+constexpr double kDegToRad = 0.0174532925199433;
 
 bool EndsWithKvr(const std::string& path) {
     if (path.size() < 5) return false;
@@ -54,9 +59,8 @@ std::string ValidateInstrument(const InstrumentOptions& in) {
     if (in.transducerDepthCm < 0 || in.transducerDepthCm > 1000) return "the transducer depth must be 0 to 1000 cm";
     if (in.coordinateSystem < 0 || in.coordinateSystem > 2) return "the coordinate system must be beam, xyz or enu";
     if (in.bottomTrackMode < 0 || in.bottomTrackMode > 2) return "the bottom track mode must be 0, 1 or 2";
-    // Below 4.4 the setup's tail (bottom track, internal GPS) is not read back; from 16.5 on the
-    // velocity resolution of the shallow-water formats changes.
-    if (in.cpuVersion < 44 || in.cpuVersion > 164) return "the firmware version number must be 44 to 164";
+    // Below 4.4 the setup's tail (bottom track, internal GPS) is not read back.
+    if (in.cpuVersion < 44 || in.cpuVersion > 255) return "the firmware version number must be 44 to 255";
     if (in.serialNumber.empty() || in.serialNumber.size() > 9 || !PlainText(in.serialNumber))
         return "the serial number must be 1 to 9 plain characters";
     if (!std::isfinite(in.temperatureC) || in.temperatureC < -5.0 || in.temperatureC > 40.0)
@@ -64,6 +68,23 @@ std::string ValidateInstrument(const InstrumentOptions& in) {
     if (!std::isfinite(in.salinityPpt) || in.salinityPpt < 0.0 || in.salinityPpt > 60.0)
         return "the salinity must be 0 to 60 ppt";
     return {};
+}
+
+// The finer velocity unit of new firmware holds at most 3.2766 m/s: the fastest water relative
+// to the boat (surface speed plus boat speed, with four standard deviations of noise) must fit.
+std::string ValidateVelocityRange(const RiverScenario& s) {
+    const InstrumentOptions& in = s.instrument;
+    const bool finer = in.cpuVersion >= kFinerUnitFirmware && (in.pulseCoherent || in.bottomTrackMode == 2);
+    if (!finer) return {};
+    const double surface = (1.0 + s.river.verticalExponent) * s.river.maxVelocityMs;
+    const double fastest = surface + std::fabs(s.crossing.boatSpeedMs) + 4.0 * s.velocityNoiseCms * 0.01;
+    if (fastest <= kLargestFinerVelocityMs) return {};
+    char text[200];
+    std::snprintf(text, sizeof text,
+                  "with firmware from 16.5 on velocities are recorded in tenths of mm/s, at most %.4f m/s; the "
+                  "water may move at up to %.2f m/s against the boat",
+                  kLargestFinerVelocityMs, fastest);
+    return text;
 }
 
 // A reader takes in at most kMaxRecordBytes of one profile record.
@@ -121,6 +142,7 @@ std::string ValidateScenario(const RiverScenario& s) {
     if (std::string e = s.river.Validate(); !e.empty()) return e;
     if (std::string e = ValidateCrossing(s.river, s.crossing); !e.empty()) return e;
     if (std::string e = ValidateInstrument(s.instrument); !e.empty()) return e;
+    if (std::string e = ValidateVelocityRange(s); !e.empty()) return e;
     if (std::string e = ValidateRecordSize(s); !e.empty()) return e;
     GeoReference geo;
     geo.latitudeDeg = s.latitudeDeg;
@@ -198,7 +220,7 @@ InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
     const int intervalUnits = IntervalsInTenths(u) ? 10 : 1;
     u.AveragingInterval = static_cast<uint16_t>(s.crossing.intervalS * intervalUnits);
     u.ProfileInterval = static_cast<uint16_t>(s.crossing.intervalS * intervalUnits);
-    u.PingInterval = kPingIntervalTenths;
+    u.PingInterval = in.pulseCoherent ? kPcPingIntervalTenths : kPingIntervalTenths;
     u.CoordinateSystem = static_cast<uint8_t>(in.coordinateSystem);
     u.DeploymentName = DeploymentNameOf(s);
     u.DeploymentYear = static_cast<int16_t>(s.crossing.start.year);
@@ -212,10 +234,37 @@ InstrumentRecords BuildInstrumentRecords(const RiverScenario& s) {
     u.CommentLine2 = described ? DefaultComment(s, 1) : s.comments[1];
     u.CommentLine3 = described ? DefaultComment(s, 2) : s.comments[2];
     u.EnableInternalGps = s.gps == GpsSource::Internal ? 1 : 0;
+
+    // The sample and pulse words from which firmware 1.6 to 1.9 and from 15.0 on derive the
+    // ambiguity velocity: L = round(c^2 / 8 / f / samples), c the speed of sound in tenths of
+    // m/s, f the frequency in kHz. The samples are rounded down, so that L is not below the
+    // velocity asked for.
+    const double frequency = UnwrapFrequencyKHz(c.KvrType);
+    if (frequency > 0.0) {
+        const double c2 = static_cast<double>(u.DefaultSpeedOfSound) * u.DefaultSpeedOfSound;
+        const double samples = std::floor(c2 * 0.125 / frequency / AmbiguityVelocityMm(s));
+        o.unwrapSamples = static_cast<int16_t>(std::clamp(samples, 1.0, 32767.0));
+        o.unwrapPulses = 1;
+    }
     return r;
 }
 
-bool IntervalsInTenths(const UserSetup& user) { return user.PCMode != 0 && user.BottomTrack != 2; }
+int AmbiguityVelocityMm(const RiverScenario& s) {
+    const CellLayout layout = CellLayoutOf(s.instrument);
+    const double cosSlant = std::cos(kBeamSlantDeg * kDegToRad);
+    const double referenceEnd = layout.blankM + 2.0 * layout.cellM;  // far edge of cell 1 below the transducer
+    double fastest = 0.0;
+    for (const ProfileState& state : PlanCrossing(s.river, s.crossing).profiles) {
+        const double depth = s.river.Depth(state.y);
+        if (referenceEnd <= (depth - layout.transducerDepthM) * cosSlant) continue;  // cell 1 holds water
+        const double water = s.river.VelocityAtHeight(state.y, depth);  // the surface, where it is fastest
+        const double boat = std::hypot(state.boatVelocity.east, state.boatVelocity.north);
+        fastest = std::max(fastest, water + boat + 4.0 * s.velocityNoiseCms * 0.01);
+    }
+    return std::max(kLeastAmbiguityMm, static_cast<int>(std::ceil(fastest * 1100.0)));
+}
+
+bool IntervalsInTenths(const UserSetup& user) { return IntervalUnitSeconds(user) < 1.0; }
 
 SmallMatrix BeamToXyzOf(const InstrumentRecords& records) {
     const DerivedValues derived = DeriveValues(records.conf, records.oper, records.user);
@@ -227,6 +276,11 @@ SmallMatrix BeamToXyzOf(const InstrumentRecords& records) {
 }
 
 TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan) {
+    return TransectSettingsOf(scenario, plan, BuildInstrumentRecords(scenario));
+}
+
+TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan,
+                                    const InstrumentRecords& records) {
     TransectSettings settings;
     settings.beams = scenario.instrument.beams;
     settings.layout = CellLayoutOf(scenario.instrument);
@@ -241,6 +295,19 @@ TransectSettings TransectSettingsOf(const RiverScenario& scenario, const Crossin
     settings.bottomTrackNoiseCms = scenario.bottomTrackNoiseCms;
     settings.temperatureC = scenario.instrument.temperatureC;
     settings.slantDeg = kBeamSlantDeg;
+
+    const DerivedValues derived = DeriveValues(records.conf, records.oper, records.user);
+    settings.countsPerMm = 1.0 / derived.documentShallowWaterVelocityFactor;
+    settings.wrapVelocities = derived.pcMode && settings.shallowWaterBlock;
+    settings.pingsPerSecond = derived.pcMode ? 10 : 5;
+    const int ambiguity = AmbiguityVelocityMm(scenario);
+    settings.halfLimitWord = static_cast<uint16_t>(std::min((ambiguity + 1) / 2, 65535));
+    settings.pulseWord = static_cast<uint16_t>(std::max<int16_t>(records.oper.unwrapSamples, 0));
+    // The limit and reference range exactly as a reader will take them from these records.
+    ProfileRecord probe;
+    probe.Resize(records.user.NumberOfCells, records.conf.Nbeams);
+    WriteShallowWaterHead(settings, probe);
+    settings.unwrap = ComputeUnwrapParameters(probe, records.conf, records.oper, records.user);
     return settings;
 }
 

@@ -27,7 +27,9 @@ struct InstrumentOptions {
     int coordinateSystem = 2;  // 0 beam, 1 XYZ, 2 ENU
     int bottomTrackMode = 1;   // 0, 1 or 2
     bool pulseCoherent = false;  // PCMode: frames carry the shallow-water block
-    int cpuVersion = 100;      // CPUSoftwareVerNum, ten times the firmware version
+    // CPUSoftwareVerNum, ten times the firmware version. From 165 on an instrument in
+    // pulse-coherent or shallow-water-ping mode records velocities in tenths of mm/s.
+    int cpuVersion = 100;
     std::string serialNumber = "SIM0001";
     double temperatureC = 15.0;
     double salinityPpt = 0.0;
@@ -76,8 +78,16 @@ bool IntervalsInTenths(const UserSetup& user);
 // The beam-to-XYZ matrix as processing derives it from the records.
 SmallMatrix BeamToXyzOf(const InstrumentRecords& records);
 
+// The ambiguity velocity (mm/s) of the simulated instrument's pulse-coherent pings. Where the
+// water is too shallow for the reference range of the shallow-water block, a reader can only
+// unwrap by walking up from zero, so it exceeds every velocity of such profiles of the
+// crossing; elsewhere velocities may wrap. At least 500 mm/s.
+int AmbiguityVelocityMm(const RiverScenario& scenario);
+
 // What the profile generator needs of the scenario, with the plan's first position as the
-// geographic origin.
+// geographic origin, for the records the scenario builds or the given ones.
 TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan);
+TransectSettings TransectSettingsOf(const RiverScenario& scenario, const CrossingPlan& plan,
+                                    const InstrumentRecords& records);
 
 }  // namespace rm::sim

@@ -26,12 +26,40 @@ TransectGenerator::TransectGenerator(const VirtualRiver& river, const TransectSe
     waterCarry_.assign(static_cast<size_t>(settings_.beams * std::max(settings_.layout.cells, 0)), 0.0);
 }
 
-int16_t TransectGenerator::ToRaw(double mmPerSecond, double& carry) {
-    const double wanted = mmPerSecond + carry;
-    const double r =
+int16_t TransectGenerator::ToRaw(double counts, double& carry) {
+    const double wanted = counts + carry;
+    double r =
         std::clamp(std::round(wanted), -static_cast<double>(kLargestGoodRaw), static_cast<double>(kLargestGoodRaw));
-    carry = std::fabs(wanted - r) < 1.0 ? wanted - r : 0.0;
+    if (r == kUnwrapBadVelocity) r += wanted > r ? 1.0 : -1.0;
+    carry = std::fabs(wanted - r) < 1.5 ? wanted - r : 0.0;
     return static_cast<int16_t>(r);
+}
+
+int16_t TransectGenerator::Stored(int16_t counts) const {
+    const double limit = settings_.unwrap.limit * settings_.countsPerMm;
+    if (!settings_.wrapVelocities || !(limit >= 1.0)) return counts;
+    const double period = 2.0 * limit;
+    double wrapped = counts - period * std::floor((counts + limit) / period);
+    if (wrapped == kUnwrapBadVelocity) wrapped -= period;
+    return static_cast<int16_t>(wrapped);
+}
+
+void WriteShallowWaterHead(const TransectSettings& settings, ProfileRecord& rec) {
+    rec.hasShallowWater = true;
+    rec.shallowWater.fill(0);
+    ByteWriter w(rec.shallowWater.data(), rec.shallowWater.size());
+    const CellLayout& L = settings.layout;
+    w.u32(0, 1);
+    // The reference range in tenths of a centimetre below the transducer: from the end of the
+    // blanking, one cell long, which a reader takes as the cell after the first.
+    w.u16(4, static_cast<uint16_t>(std::lround(L.blankM * 1000.0)));
+    w.u16(6, static_cast<uint16_t>(std::lround(L.cellM * 1000.0)));
+    w.u16(8, settings.pulseWord);
+    w.u16(10, settings.halfLimitWord);
+    for (int k = 0; k < 4; ++k) {
+        w.i16(static_cast<size_t>(12 + 2 * k), kBadVelocity);
+        w.i16(static_cast<size_t>(24 + 2 * k), kBadVelocity);
+    }
 }
 
 void TransectGenerator::FillHeader(const ProfileState& state, ProfileHeader& h) const {
@@ -83,8 +111,9 @@ void TransectGenerator::FillWater(const ProfileState& state, const SmallMatrix& 
         const std::array<double, 4> earth{relative.east * 1000.0, relative.north * 1000.0, 0.0, 0.0};
         const std::array<double, 4> recorded = Apply(toRecorded, earth);
         const uint8_t stdError = VelocityStdError(centre, settings_.velocityNoiseCms);
+        const double counts = settings_.countsPerMm;
         for (int beam = 0; beam < rec.beams; ++beam) {
-            rec.Velocity(beam, cell) = ToRaw(recorded[static_cast<size_t>(beam)] + noise_.Next(noiseMm),
+            rec.Velocity(beam, cell) = ToRaw((recorded[static_cast<size_t>(beam)] + noise_.Next(noiseMm)) * counts,
                                              waterCarry_[static_cast<size_t>(beam * rec.cells + cell)]);
             rec.StdError(beam, cell) = stdError;
         }
@@ -109,19 +138,26 @@ void TransectGenerator::FillBottomTrack(const ProfileState& state, const SmallMa
     }
 }
 
-void TransectGenerator::FillShallowWater(ProfileRecord& rec) const {
-    // The shallow-water ping is running but reports no usable cell: its velocities and
-    // references are bad, its correlations and reference counts zero.
-    rec.hasShallowWater = true;
-    rec.shallowWater.fill(0);
+void TransectGenerator::FillShallowWater(ProfileRecord& rec) const { WriteShallowWaterHead(settings_, rec); }
+
+void TransectGenerator::FillReferences(ProfileRecord& rec) const {
+    // Above the reader's threshold of 10, so that every beam is moved to its reference.
+    constexpr uint8_t kReferenceCount = 20;
     ByteWriter w(rec.shallowWater.data(), rec.shallowWater.size());
-    const CellLayout& L = settings_.layout;
-    w.u32(0, 1);
-    w.u16(4, static_cast<uint16_t>(std::lround(L.blankM * 1000.0)));  // reference range start, tenths of cm
-    w.u16(6, static_cast<uint16_t>(std::lround(L.cellM * 1000.0)));   // its length
-    for (int k = 0; k < 4; ++k) {
-        w.i16(static_cast<size_t>(12 + 2 * k), kBadVelocity);
-        w.i16(static_cast<size_t>(24 + 2 * k), kBadVelocity);
+    const UnwrapParameters& p = settings_.unwrap;
+    for (int beam = 0; beam < rec.beams && beam < 4; ++beam) {
+        double sum = 0.0;
+        int good = 0;
+        for (int cell = p.firstCell; cell < p.firstCell + p.cellCount && cell < rec.cells; ++cell) {
+            const int16_t v = rec.Velocity(beam, cell);
+            if (v == kBadVelocity) continue;
+            sum += v;
+            ++good;
+        }
+        if (good == 0) continue;
+        const size_t b = static_cast<size_t>(beam);
+        w.i16(24 + 2 * b, static_cast<int16_t>(std::lround(sum / good / settings_.countsPerMm)));
+        w.u8(32 + b, kReferenceCount);
     }
 }
 
@@ -147,6 +183,15 @@ ProfileRecord TransectGenerator::Build(const ProfileState& state) {
     if (!usable_ || toRecorded.n != settings_.beams) return rec;
     FillWater(state, toRecorded, rec);
     if (settings_.shallowWaterBlock) FillShallowWater(rec);
+    if (settings_.wrapVelocities && settings_.shallowWaterBlock) {
+        FillReferences(rec);
+        for (int beam = 0; beam < rec.beams; ++beam) {
+            for (int cell = 0; cell < rec.cells; ++cell) {
+                int16_t& v = rec.Velocity(beam, cell);
+                if (v != kBadVelocity) v = Stored(v);
+            }
+        }
+    }
     if (settings_.bottomTrackMode != 0) FillBottomTrack(state, toRecorded, rec);
     if (settings_.gps != GpsSource::None) {
         rec.hasGps = true;

@@ -19,16 +19,24 @@
 // fourth slot), four i16 velocities of the bed relative to the instrument in mm/s in the
 // recorded coordinate system (the fourth zero for three beams).
 //
-// Rounding. Raw values are whole mm/s. Each value carries its rounding remainder into the same
-// value of the next profile (error diffusion), so that a velocity that stays the same from
-// profile to profile, like the boat's, is not biased by rounding: over n profiles the mean
-// recorded value is within 0.5 / n mm/s of the true one.
+// Rounding. Raw values are whole mm/s, or whole tenths of mm/s in the finer unit that firmware
+// 16.5 and later records in pulse-coherent and shallow-water-ping mode (bottom track stays in
+// mm/s). Each value carries its rounding remainder into the same value of the next profile
+// (error diffusion), so that a velocity that stays the same from profile to profile, like the
+// boat's, is not biased by rounding: over n profiles the mean recorded value is within 0.5 / n
+// counts of the true one. No good value is ever 9999, the second bad marker of the finer unit.
+//
+// Pulse-coherent mode. The water velocities are ambiguous by multiples of 2 L (L the
+// ambiguity velocity the records give): each is stored wrapped into [-L, L). The shallow-water
+// block carries, per beam, the true mean over the reference range of cells with a count above
+// the reader's threshold, so that unwrapping on reading restores the true values.
 
 #include <array>
 #include <cstdint>
 #include <vector>
 
 #include "data/profile_record.h"
+#include "data/velocity_unwrap.h"
 #include "sim/crossing_plan.h"
 #include "sim/gaussian_noise.h"
 #include "sim/geo_offset.h"
@@ -53,7 +61,17 @@ struct TransectSettings {
     double temperatureC = 15.0;
     double slantDeg = 20.0;
     int pingsPerSecond = 5;
+    double countsPerMm = 1.0;      // raw counts of a water velocity of 1 mm/s: 10 in the finer unit
+    bool wrapVelocities = false;   // pulse-coherent mode
+    uint16_t halfLimitWord = 0;    // shallow-water block word at 10: half the ambiguity velocity, mm/s
+    uint16_t pulseWord = 0;        // shallow-water block word at 8
+    UnwrapParameters unwrap;       // limit (mm/s) and reference range as a reader computes them
 };
+
+// The head of the shallow-water block the generator writes: ping and pulse words, the
+// reference range (the cell after the first one) and the half limit. The block's shallow cell
+// itself is never usable: its velocities and references are bad, its counts zero.
+void WriteShallowWaterHead(const TransectSettings& settings, ProfileRecord& record);
 
 // Header words of a profile as the instrument's frame starts it: sync byte, record type and
 // the header size (80, or 128 when an external GPS block is added to the record on disk).
@@ -83,8 +101,12 @@ private:
     void FillWater(const ProfileState& state, const SmallMatrix& toRecorded, ProfileRecord& record);
     void FillBottomTrack(const ProfileState& state, const SmallMatrix& toRecorded, ProfileRecord& record);
     void FillShallowWater(ProfileRecord& record) const;
-    // `value` rounded with the remainder carried in `carry`.
-    static int16_t ToRaw(double mmPerSecond, double& carry);
+    // The reference velocities of the block from the velocities before they are wrapped.
+    void FillReferences(ProfileRecord& record) const;
+    // `counts` rounded with the remainder carried in `carry`, kept off the marker 9999.
+    static int16_t ToRaw(double counts, double& carry);
+    // A rounded velocity as stored: wrapped into [-L, L) in pulse-coherent mode, off 9999.
+    int16_t Stored(int16_t counts) const;
 
     VirtualRiver river_;
     TransectSettings settings_;

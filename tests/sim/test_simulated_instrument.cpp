@@ -138,13 +138,15 @@ TEST_F(InstrumentAtPrompt, PulseCoherentModeKeepsIntervalsInTenthsAndAddsTheShal
     // 20 cells x 4 beams x 4 bytes + 80 header + 36 shallow water + 18 bottom track + 2.
     const std::string frame = instrument->TakeOutput();
     ASSERT_EQ(frame.size(), 4 * 20 * 4 + 136u);
-    // The block follows the header, filled as a ping that found no usable cell: one ping, its
-    // velocities and references bad (32767).
+    // The block follows the header, filled as a ping that found no usable shallow cell (one
+    // ping, its velocities bad) but measured the reference velocities that unwrap the profile.
     const ByteReader block(reinterpret_cast<const uint8_t*>(frame.data()) + 80, 36);
     EXPECT_EQ(block.u32(0), 1u);
+    EXPECT_GT(block.u16(10), 0u);  // half the ambiguity velocity
     for (size_t beam = 0; beam < 4; ++beam) {
         EXPECT_EQ(block.i16(12 + 2 * beam), 32767);
-        EXPECT_EQ(block.i16(24 + 2 * beam), 32767);
+        EXPECT_NE(block.i16(24 + 2 * beam), 32767);
+        EXPECT_GT(block.u8(32 + beam), 10);
     }
     Send(std::string(1, '\0'), 1.5);
     Send("pm no\r", 2.0);

@@ -67,7 +67,10 @@ void AddInstrument(CLI::App& sub, InstrumentOptions& in) {
         ->capture_default_str();
     sub.add_flag("--pulse-coherent", in.pulseCoherent,
                  "pulse-coherent mode (PCMode): frames carry the shallow-water block");
-    sub.add_option("--cpu-version", in.cpuVersion, "firmware version x 10 (44 to 164)")->capture_default_str();
+    sub.add_option("--cpu-version", in.cpuVersion,
+                   "firmware version x 10, 44 to 255; from 165 on pulse-coherent and shallow-water-ping velocities "
+                   "come in tenths of mm/s")
+        ->capture_default_str();
     sub.add_option("--serial", in.serialNumber, "serial number")->capture_default_str();
     sub.add_option("--temperature", in.temperatureC, "water temperature, degrees C")->capture_default_str();
     sub.add_option("--salinity", in.salinityPpt, "salinity, ppt")->capture_default_str();
