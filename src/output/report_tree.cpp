@@ -90,16 +90,16 @@ std::string ReportDischargeText(double value, const ReportSettings& settings) {
 std::vector<ReportParameter> UserParameters(const ReportTransect& transect, const ReportSettings& settings) {
     const CDischargeData& r = *transect.record;
     const NodeRef discharge = DischargeOf(r);
-    const NodeRef extrapolation = discharge.GetOrCreateChild(kExtrapolationNode);
     const bool metric = settings.unitSystem == 1;
     const double L = SummaryLengthFactor(settings.unitSystem);
 
-    const int topFit = extrapolation.GetTyped<int32_t>("TopFitType", 1);
-    const double topExponent = extrapolation.GetTyped<double>("TopExponent", 1.0 / 6.0);
-    // With the same top and bottom the bottom is computed with the top's fit and exponent.
-    const bool same = extrapolation.GetTyped<int32_t>("SameTopBottom", 0) == 0;
-    const int bottomFit = same ? topFit : extrapolation.GetTyped<int32_t>("BottomFitType", 1);
-    const double bottomExponent = same ? topExponent : extrapolation.GetTyped<double>("BottomExponent", 1.0 / 6.0);
+    // Read as the computation reads it: with the same top and bottom the bottom is computed with
+    // the top's fit and exponent.
+    const ExtrapolationChoice fits = ReadExtrapolation(discharge);
+    const int topFit = fits.top.fitType;
+    const double topExponent = fits.top.exponent;
+    const int bottomFit = fits.bottom.fitType;
+    const double bottomExponent = fits.bottom.exponent;
 
     std::string footNote = "Note: Units for the above parameters are:";
     footNote += metric ? "Distance (m), Velocity (m/s), Area (m2), Discharge (cms)"

@@ -7,6 +7,7 @@
 #include "data/text_file.h"
 #include "output/significant_digits.h"
 #include "processing/processing_types.h"
+#include "processing/settings_reader.h"
 
 namespace rm {
 
@@ -152,8 +153,11 @@ void UserSetupBlock(Text& t, const SumFileInputs& in, const Units& u) {
 // One fit line of the extrapolation block: a constant fit is named alone, a power fit with its
 // exponent and the cells it uses. `bottomOfSeparate` names the power fit as the bottom line of
 // separate top and bottom settings does.
-void FitLine(Text& t, int fitType, double exponent, bool entire, int cells, bool shared, bool bottomOfSeparate) {
-    if (fitType != 1) {
+void FitLine(Text& t, const FitChoice& fit, bool shared, bool bottomOfSeparate) {
+    const double exponent = fit.exponent;
+    const bool entire = fit.entireProfile;
+    const int cells = fit.cells;
+    if (fit.fitType != kFitTypePower) {
         t.Put("\nConstant distribution");
         return;
     }
@@ -174,25 +178,18 @@ void FitLine(Text& t, int fitType, double exponent, bool entire, int cells, bool
 }
 
 void ExtrapolationBlock(Text& t, const SumFileInputs& in) {
-    const int index = in.discharge.FindIndex("ProfileExtrapolation");
-    const NodeRef p = index < 0 ? NodeRef::MakeNew() : in.discharge.ItemChild(index);
-    const auto i32 = [&](const char* key, int32_t def) { return p.GetTyped<int32_t>(key, def); };
-    const auto f64 = [&](const char* key, double def) { return p.GetTyped<double>(key, def); };
+    // Read as the computation reads it, so that the words describe what the pass did.
+    const ExtrapolationChoice e = ReadExtrapolation(in.discharge.IsNull() ? NodeRef::MakeNew() : in.discharge);
     t.Put("\n\n\nProfile Extrapolation\n---------------------");
-    const int topFit = i32("TopFitType", 1);
-    const double topExponent = f64("TopExponent", 1.0 / 6.0);
-    const bool topEntire = i32("TopEntireProfile", 0) != 0;
-    const int topCells = i32("NumTopCells", 1);
-    if (i32("SameTopBottom", 0) != 0) {
+    if (e.sameTopBottom) {
         t.Put("\nSame Top and Bottom variables used in calculation");
-        FitLine(t, topFit, topExponent, topEntire, topCells, true, false);
+        FitLine(t, e.top, true, false);
         return;
     }
     t.Put("\nTop variables used in calculation");
-    FitLine(t, topFit, topExponent, topEntire, topCells, false, false);
+    FitLine(t, e.top, false, false);
     t.Put("\n\nBottom variables used in calculation");
-    FitLine(t, i32("BottomFitType", 1), f64("BottomExponent", 1.0 / 6.0), i32("BottEntireProfile", 0) != 0,
-            i32("NumBottomCells", 1), false, true);
+    FitLine(t, e.bottom, false, true);
 }
 
 void EdgeMethod(Text& t, const NodeRef& d, const char* side, const Units& u) {

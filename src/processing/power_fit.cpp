@@ -37,8 +37,8 @@ LayerFit FitTopLayer(const FitChoice& choice, const FitColumn& col) {
     const double p = choice.exponent + 1.0;
     const double h = col.firstCellDepth / 10.0;
     for (int k = 0; k < 10; ++k) fit.layerDepth[static_cast<size_t>(k)] = (k + 0.5) * h;
-    const Vector2 u = choice.useRange == 0 ? col.measuredMean : col.topRangeMean;
-    const double zLow = choice.useRange == 0 ? col.bottomEdge : D1 - col.topRangeThickness;
+    const Vector2 u = choice.entireProfile ? col.measuredMean : col.topRangeMean;
+    const double zLow = choice.entireProfile ? col.bottomEdge : D1 - col.topRangeThickness;
     const double P = std::pow(D1, p) - std::pow(zLow, p);
     if (P <= 0.0) {
         fit.mean = ZeroVector();
@@ -76,8 +76,8 @@ LayerFit FitBottomLayer(const FitChoice& choice, const FitColumn& col) {
     const double p = choice.exponent + 1.0;
     const double h = below / 10.0;
     for (int k = 0; k < 10; ++k) fit.layerDepth[static_cast<size_t>(k)] = (k + 0.5) * h + col.lastCellDepth;
-    const Vector2 u = choice.useRange == 0 ? col.measuredMean : col.bottomRangeMean;
-    const double zUp = choice.useRange == 0 ? col.topEdge : D2 + col.bottomRangeThickness;
+    const Vector2 u = choice.entireProfile ? col.measuredMean : col.bottomRangeMean;
+    const double zUp = choice.entireProfile ? col.topEdge : D2 + col.bottomRangeThickness;
     const double P = std::pow(zUp, p) - std::pow(D2, p);
     if (P <= 0.0) {
         fit.mean = ZeroVector();
@@ -97,6 +97,16 @@ LayerFit FitBottomLayer(const FitChoice& choice, const FitColumn& col) {
         fit.layers[static_cast<size_t>(k)] = SubLayerVelocity(u, zone, P, a, b, p, h);
     }
     return fit;
+}
+
+ExtrapolationChoice ExtrapolationOf(const ProcessingSettings& s) {
+    ExtrapolationChoice e;
+    e.sameTopBottom = s.SameTopBottom == 0;
+    e.top = {s.TopFitType, s.TopEntireProfile == 0, s.TopExponent, s.NumTopCells};
+    e.bottom = e.sameTopBottom
+                   ? e.top
+                   : FitChoice{s.BottomFitType, s.BottEntireProfile == 0, s.BottomExponent, s.NumBottomCells};
+    return e;
 }
 
 }  // namespace rm

@@ -8,6 +8,7 @@
 #include <array>
 
 #include "processing/discharge_vector.h"
+#include "processing/processing_settings.h"
 #include "processing/processing_types.h"
 
 namespace rm {
@@ -17,9 +18,22 @@ constexpr int kFitTypePower = 1;
 
 struct FitChoice {
     int fitType = kFitTypePower;  // 1 power law, any other value a constant
-    int useRange = 0;             // 0 fit to the whole measured layer, else to the range of cells
+    bool entireProfile = true;    // fit to the whole measured layer, else to a range of cells
     double exponent = 1.0 / 6.0;
+    int cells = 1;                // cells of the range, counted from the surface or from the bed
 };
+
+// The top and bottom fits the extrapolation settings ask for, read in this one place for the
+// computation and for every text that describes it. The keys count the other way round from
+// what their names suggest: `SameTopBottom` 0 is "Same Top and Bottom" (the bottom takes the
+// top's fit type, range choice, exponent and cell count), 1 "Independent Top and Bottom";
+// `TopEntireProfile` and `BottEntireProfile` 0 are "Use entire profile", 1 "Use range of
+// cells".
+struct ExtrapolationChoice {
+    bool sameTopBottom = true;
+    FitChoice top, bottom;
+};
+ExtrapolationChoice ExtrapolationOf(const ProcessingSettings& settings);
 
 // The column as the fits see it, heights above the bed and depths below the surface in m.
 struct FitColumn {

@@ -47,14 +47,6 @@ void MarkNoDischarge(ProcessedProfile& p) {
     p.MeasuredThickness = MissingValue;
 }
 
-FitChoice TopChoice(const ProcessingSettings& s) { return {s.TopFitType, s.TopEntireProfile, s.TopExponent}; }
-
-// "Same Top and Bottom" (0) gives the bottom the top's fit type, range flag and exponent.
-FitChoice BottomChoice(const ProcessingSettings& s) {
-    if (s.SameTopBottom == 0) return TopChoice(s);
-    return {s.BottomFitType, s.BottEntireProfile, s.BottomExponent};
-}
-
 // The apparent motion of the bed (m/s), the negative of the boat's motion, by track reference.
 Vector2 BoatVector(const ProcessingContext& ctx, int slot) {
     Vector2 b = ZeroVector();
@@ -126,8 +118,9 @@ bool ComputeLayers(ProcessingContext& ctx, const Profile& pr, ProfileLayers& out
     if (pr.c < 1 && pr.w < 1) return false;
 
     const MeasuredColumn column{pr.velocity, ctx.Raw(pr.slot), pr.c, pr.w, pr.shallow, pr.geometry};
-    const RangeMean topRange = TopRangeMean(column, s.NumTopCells);
-    const RangeMean bottomRange = BottomRangeMean(column, s.SameTopBottom == 0 ? s.NumTopCells : s.NumBottomCells);
+    const ExtrapolationChoice fits = ExtrapolationOf(s);
+    const RangeMean topRange = TopRangeMean(column, fits.top.cells);
+    const RangeMean bottomRange = BottomRangeMean(column, fits.bottom.cells);
     wv.TopRangeMean = topRange.mean;
     wv.BottomRangeMean = bottomRange.mean;
     const MeasuredLayerEdges edges = EdgesOfMeasuredLayer(pr.geometry, pr.H, pr.c, pr.w);
@@ -152,8 +145,8 @@ bool ComputeLayers(ProcessingContext& ctx, const Profile& pr, ProfileLayers& out
     fc.measuredMean = measured.mean;
     fc.topRangeMean = topRange.mean;
     fc.bottomRangeMean = bottomRange.mean;
-    const LayerFit top = FitTopLayer(TopChoice(s), fc);
-    const LayerFit bottom = FitBottomLayer(BottomChoice(s), fc);
+    const LayerFit top = FitTopLayer(fits.top, fc);
+    const LayerFit bottom = FitBottomLayer(fits.bottom, fc);
     wv.TopMean = top.mean;
     wv.TopRatio = top.ratio;
     wv.BottomMean = bottom.mean;

@@ -67,6 +67,12 @@ void RegisterDischargeDefaults(const NodeRef& discharge) {
     discharge.SetValue("UseShallowWaterPing", Variant(int32_t{1}));
 }
 
+ExtrapolationChoice ReadExtrapolation(const NodeRef& discharge) {
+    ProcessingSettings s;
+    ReadKeys(discharge.GetOrCreateChild(kExtrapolationNode), kExtrapolationKeys, s);
+    return ExtrapolationOf(s);
+}
+
 ProcessingSettings ReadProcessingSettings(const NodeRef& documentRoot, const NodeRef& appGeneral,
                                           const DocumentProcessingFields& fields) {
     ProcessingSettings s;

@@ -14,6 +14,7 @@
 
 #include "data/cfg_file.h"
 #include "data/node_tree.h"
+#include "processing/power_fit.h"
 #include "processing/processing_settings.h"
 
 namespace rm {
@@ -48,6 +49,9 @@ void CreateDischargeDefaults(const NodeRef& discharge);
 // CreateDischargeDefaults for a new measurement: UseShallowWaterPing is then set to 1 once more
 // at the end, whatever it held.
 void RegisterDischargeDefaults(const NodeRef& discharge);
+
+// The extrapolation of a measurement's `Discharge` node, as a pass reads it.
+ExtrapolationChoice ReadExtrapolation(const NodeRef& discharge);
 
 // The snapshot of one pass. `appGeneral` is the application's General node.
 ProcessingSettings ReadProcessingSettings(const NodeRef& documentRoot, const NodeRef& appGeneral,

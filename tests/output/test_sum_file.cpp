@@ -7,9 +7,11 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include <unistd.h>
 
+#include "app/settings_path.h"
 #include "ascii_test_support.h"
 #include "output/sum_file.h"
 #include "output/sum_file_export.h"
@@ -47,10 +49,10 @@ struct SumFileFixture : ::testing::Test {
         in.measurement = &m;
         in.discharge = NodeRef::MakeNew();
         const NodeRef p = in.discharge.GetOrCreateChild("ProfileExtrapolation");
-        p.SetValue("SameTopBottom", Variant(int32_t{0}));
+        p.SetValue("SameTopBottom", Variant(int32_t{1}));  // independent top and bottom
         p.SetValue("TopFitType", Variant(int32_t{1}));
         p.SetValue("TopExponent", Variant(0.1667));
-        p.SetValue("TopEntireProfile", Variant(int32_t{0}));
+        p.SetValue("TopEntireProfile", Variant(int32_t{1}));  // a range of cells
         p.SetValue("NumTopCells", Variant(int32_t{2}));
         p.SetValue("BottomFitType", Variant(int32_t{0}));
         p.SetValue("BottEntireProfile", Variant(int32_t{1}));
@@ -149,7 +151,7 @@ TEST_F(SumFileFixture, EnglishUnitsAndOtherBranches) {
     in.discharge.SetValue("RightBankMethod", Variant(int32_t{2}));
     in.discharge.SetValue("RightBankSlope", Variant(0.707));
     in.discharge.SetValue("RightNumProfiles", Variant(int32_t{1}));
-    in.discharge.GetOrCreateChild("ProfileExtrapolation").SetValue("SameTopBottom", Variant(int32_t{1}));
+    in.discharge.GetOrCreateChild("ProfileExtrapolation").SetValue("SameTopBottom", Variant(int32_t{0}));
     m.MiddleDischarge = 1.0f;
     const std::string text = SumFileText(in);
     const auto has = [&text](const std::string& part) {
@@ -227,6 +229,51 @@ TEST(SumFileInputsOfDocument, CtdRangesComeFromTheRecomputedProfiles) {
     EXPECT_FALSE(in.transducerDepthFromSensor);
     EXPECT_DOUBLE_EQ(in.transducerDepth, 0.2);
     EXPECT_FALSE(in.variableRange);
+}
+
+// The extrapolation block describes what the pass did, from the settings that produced it. By
+// default the top and the bottom share one power fit over the entire profile, whatever the
+// cell count; a range of cells and independent settings change both the pass and the words.
+TEST(SumFileInputsOfDocument, ExtrapolationBlockDescribesTheSettingsOfThePass) {
+    asciitest::ScratchFolder folder;
+    const std::string path = folder.File("FIT.kvr");
+    asciitest::MakeRecording(path, 40);
+    auto opened = asciitest::OpenRecording(path);
+    CSurveyKVRDoc& doc = *opened->doc;
+    const auto pass = [&](const std::string& assignment) {
+        if (!assignment.empty()) {
+            EXPECT_TRUE(AssignSetting(doc.Root(), "Discharge/ProfileExtrapolation/" + assignment).ok) << assignment;
+        }
+        EXPECT_TRUE(doc.Recompute());
+        return std::make_pair(doc.Measurement(), SumFileText(SumFileInputsOf(doc, opened->app)));
+    };
+    const auto block = [](const std::string& text) {
+        const size_t from = text.find("\nProfile Extrapolation");
+        return text.substr(from, text.find("\n\n\nEdge Discharge") - from);
+    };
+    const std::string head = "\nProfile Extrapolation\n---------------------";
+
+    const auto [entire, entireText] = pass("");
+    EXPECT_EQ(block(entireText), head + "\nSame Top and Bottom variables used in calculation"
+                                        "\nPower Law with an exponent of 0.167 using the entire profile ");
+    const auto [threeCells, threeCellsText] = pass("NumTopCells=3");
+    EXPECT_EQ(threeCells.TopDischarge, entire.TopDischarge);
+    EXPECT_EQ(threeCells.BottomDischarge, entire.BottomDischarge);
+    EXPECT_EQ(block(threeCellsText), block(entireText));
+
+    const auto [range, rangeText] = pass("TopEntireProfile=1");
+    EXPECT_NE(range.TopDischarge, entire.TopDischarge);
+    EXPECT_NE(range.BottomDischarge, entire.BottomDischarge);
+    EXPECT_EQ(block(rangeText), head + "\nSame Top and Bottom variables used in calculation"
+                                       "\nPower Law with an exponent of 0.167 using the first/last 3 cells");
+
+    pass("BottomFitType=0");
+    const auto [independent, independentText] = pass("SameTopBottom=1");
+    EXPECT_EQ(independent.TopDischarge, range.TopDischarge);
+    EXPECT_NE(independent.BottomDischarge, range.BottomDischarge);
+    EXPECT_EQ(block(independentText), head + "\nTop variables used in calculation"
+                                             "\nPower Law with an exponent of 0.167 using the first 3 cells"
+                                             "\n\nBottom variables used in calculation\nConstant distribution");
 }
 
 TEST(SumFileFields, ComputedDischargeFieldIsTheDigitsCharacter) {

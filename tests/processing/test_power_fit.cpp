@@ -35,7 +35,7 @@ FitColumn PowerLawColumn() {
 }
 
 TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromTheWholeLayerOrARangeOfCells) {
-    for (int entireProfile : {0, 1}) {
+    for (bool entireProfile : {true, false}) {
         SCOPED_TRACE(entireProfile);
         const FitChoice choice{kFitTypePower, entireProfile, 1.0 / 6.0};
         const LayerFit top = FitTopLayer(choice, PowerLawColumn());
@@ -43,7 +43,7 @@ TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromTheWholeLayerOrARangeOfCells
         EXPECT_NEAR(top.mean.North * (kH - kD1) / Integral(kD1, kH), 1.0, 1e-9);
         EXPECT_NEAR(bottom.mean.North * kD2 / Integral(0.0, kD2), 1.0, 1e-9);
         EXPECT_DOUBLE_EQ(top.mean.East, 0.0);
-        if (entireProfile == 0) {
+        if (entireProfile) {
             EXPECT_NEAR(top.ratio, Integral(kD1, kH) / Integral(kD2, kD1), 1e-12);
             EXPECT_NEAR(bottom.ratio, Integral(0.0, kD2) / Integral(kD2, kD1), 1e-12);
         }
@@ -51,7 +51,7 @@ TEST(PowerFit, TopAndBottomCarryTheLawsIntegralsFromTheWholeLayerOrARangeOfCells
 }
 
 TEST(PowerFit, SubLayersAreTheLawsMeansOverTenthsOfTheirSpan) {
-    const FitChoice entire{kFitTypePower, 0, 1.0 / 6.0};
+    const FitChoice entire{kFitTypePower, true, 1.0 / 6.0};
     const LayerFit top = FitTopLayer(entire, PowerLawColumn());
     const LayerFit bottom = FitBottomLayer(entire, PowerLawColumn());
     // Top: surface to the first layer (1.0 m) in 0.1 m steps; bottom: 3.5 m to the bed in 0.15 m.
@@ -68,12 +68,12 @@ TEST(PowerFit, ZoneWithoutThicknessGivesZeroLayers) {
     FitColumn c = PowerLawColumn();
     c.topRangeThickness = 0.0;  // no cell of the range had a value
     c.topRangeMean = Vector2{};
-    const LayerFit top = FitTopLayer({kFitTypePower, 1, 1.0 / 6.0}, c);
+    const LayerFit top = FitTopLayer({kFitTypePower, false, 1.0 / 6.0}, c);
     EXPECT_DOUBLE_EQ(top.mean.North, 0.0);
     for (const Vector2& v : top.layers) EXPECT_DOUBLE_EQ(v.North, 0.0);
     // A range mean without value does not become a number through a fit that has a zone.
     c.topRangeThickness = 1.0;
-    EXPECT_EQ(FitTopLayer({kFitTypePower, 1, 1.0 / 6.0}, c).mean.North, MissingValue);
+    EXPECT_EQ(FitTopLayer({kFitTypePower, false, 1.0 / 6.0}, c).mean.North, MissingValue);
 }
 
 TEST(SnappedPower, HeightsWithinATenthOfAMillimetreOfTheBedAreZero) {
