@@ -5,6 +5,7 @@
 #include "output/velocity_files.h"
 #include "processing/coordinate_step.h"
 #include "processing/discharge_data.h"
+#include "processing/discharge_inputs.h"
 #include "app/dis_export.h"
 #include "processing/processing_inputs.h"
 #include "processing/processing_steps.h"
@@ -134,9 +135,8 @@ void TFormatWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, 
     // 7: one line per cell, velocities in the unit's velocity (cm/s inside the chain).
     VelocityArrays velocity{};
     GetVelocities(ctx, slot, velocity);
-    const double blank = ctx.data.user.BlankDistance * 0.01;
-    const double size = ctx.data.user.CellSizeCm * 0.01;
-    const double top = GetTransducerDepth(ctx);
+    // Cell centres where the discharge computation places them.
+    const CellGeometry geometry = CellGeometryOf(ctx);
     const int beams = BeamCount(record);
     for (int cell = 0; cell < cells && cell < kMaxCells; ++cell) {
         double v[4];
@@ -148,7 +148,7 @@ void TFormatWriter::OnProfile(const ProcessingContext& ctx, int item, int slot, 
         const bool good = v[0] < MissingValue && v[1] < MissingValue;
         const int index = cell < kLayerCount ? cell : kLayerCount - 1;
         const double cellQ = cell < r.waterCells ? Out(ctx.working.CellQ[static_cast<size_t>(index)], q3) : MissingValue;
-        file_.Write("\n%7.3f %7.2f %7.3f", (top + blank + (cell + 0.5) * size) * u.length,
+        file_.Write("\n%7.3f %7.2f %7.3f", (geometry.CellCentre() + cell * geometry.cell) * u.length,
                     good ? sd.speed : MissingValue, good ? sd.direction : MissingValue);
         for (double value : v) file_.Write(" %7.1f", value);
         for (int b = 0; b < 4; ++b) {

@@ -116,6 +116,30 @@ TEST(VelocityUnwrap, BeamIsShiftedToItsReferenceWhenTheCountIsAboveTheThreshold)
     }
 }
 
+// Fast water in the finer unit: an unwrapped velocity beyond the 16-bit range is written back
+// as the largest good value, never as the bad marker 32767, so the cell stays in the profile.
+TEST(VelocityUnwrap, WriteBackStopsShortOfTheBadMarker) {
+    const Records s = BlockLimitSetup();
+    // L = 100 mm/s = 1000 counts at scale 0.1; truth 3250, 3276.7 and 3300 mm/s.
+    const std::vector<int> truth{32500, 32767, 33000};
+    std::vector<int16_t> wrapped;
+    for (int v : truth) wrapped.push_back(Wrap(v, 1000));
+    for (int sign : {1, -1}) {
+        std::vector<int16_t> beam;
+        for (int16_t v : wrapped) beam.push_back(static_cast<int16_t>(sign * v));
+        ProfileRecord r = Wrapped({beam}, 50);
+        ByteWriter block(r.shallowWater.data(), r.shallowWater.size());
+        block.u16(4, 150);  // reference range: cell 1 ((15 - 5) / 10 + 0.5 -> 1), one cell
+        block.u16(6, 100);
+        block.i16(24, static_cast<int16_t>(sign * 3277));
+        block.u8(32, 20);
+        UnwrapVelocities(r, ComputeUnwrapParameters(r, s.conf, s.oper, s.user), 0.1, 10);
+        const std::vector<int16_t> expected = sign > 0 ? std::vector<int16_t>{32500, 32766, 32766}
+                                                       : std::vector<int16_t>{-32500, -32767, -32768};
+        EXPECT_EQ(Beam(r, 0), expected) << sign;
+    }
+}
+
 TEST(VelocityUnwrap, LimitFromSpeedOfSoundForFirmware16To19And150Up) {
     Records s = BlockLimitSetup();
     s.user.DefaultSpeedOfSound = 15000;

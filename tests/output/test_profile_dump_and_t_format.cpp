@@ -1,10 +1,15 @@
-// The per-profile text dump (CR LF literals) and the "T" format's head and block structure.
+// The per-profile text dump (CR LF literals) and the "T" format's head and block structure,
+// with the cell lines' depths checked against the virtual river's cell layout and their
+// velocities against the processing.
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 #include "ascii_test_support.h"
 #include "output/profile_dump.h"
 #include "output/t_format.h"
+#include "processing/processing_steps.h"
 
 namespace rm {
 namespace {
@@ -50,7 +55,7 @@ TEST_F(TextDumps, ProfileDumpUsesCarriageReturnLineFeedAndOneLinePerValidCell) {
     EXPECT_EQ(blocks, static_cast<size_t>(kProfiles));
 }
 
-TEST_F(TextDumps, TFormatHeadAndBlockOfSixLinesPlusOnePerCell) {
+TEST_F(TextDumps, TFormatHeadAndBlockOfSixLinesPlusOnePerCellAtTheCellsDepths) {
     auto opened = OpenRecording(path);
     const std::string out = folder.File("D.tformat");
     ASSERT_TRUE(WriteTFormatFile(*opened->doc, out, kTFormatCentimetres, opened->prompt));
@@ -74,7 +79,20 @@ TEST_F(TextDumps, TFormatHeadAndBlockOfSixLinesPlusOnePerCell) {
         EXPECT_DOUBLE_EQ(line1[8], 1.0);
         EXPECT_EQ(Numbers(lines[first + 1]).size(), 13u);
         EXPECT_EQ(lines[first + 5], " 20 cm BT counts  0.43   0.000");
-        EXPECT_EQ(Numbers(lines[first + 6]).size(), 13u);
+        // Each cell at the depth of its centre, with the velocity that processing gives it (cm/s).
+        const sim::CellLayout layout = sim::CellLayoutOf(sim::InstrumentOptions{});
+        VelocityArrays velocity{};
+        GetVelocities(opened->doc->Context(), opened->doc->Context().SlotOfProfile(p + 1), velocity);
+        for (int cell = 0; cell < 20; ++cell) {
+            const std::vector<double> values = Numbers(lines[first + 6 + static_cast<size_t>(cell)]);
+            ASSERT_EQ(values.size(), 13u);
+            EXPECT_NEAR(values[0], layout.CellCentre(cell), 0.0005) << "profile " << p + 1 << " cell " << cell;
+            for (int row = 0; row < 4; ++row) {
+                const float v = velocity[static_cast<size_t>(row)][static_cast<size_t>(cell)];
+                EXPECT_NEAR(values[3 + static_cast<size_t>(row)], v < MissingValueF ? v : 32767.0, 0.051)
+                    << "profile " << p + 1 << " cell " << cell << " row " << row;
+            }
+        }
     }
 }
 

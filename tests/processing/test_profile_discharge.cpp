@@ -219,6 +219,25 @@ TEST_F(ShallowCellDischargeTest, ShallowCellBlendsThroughTheGapIntoTheMeasuredLa
     EXPECT_NEAR(working.LayerDepth[17], 3.5 + 0.5 * 0.15, 1e-6);  // first bottom sub-layer
 }
 
+// The bottom range blends with the shallow cell when it takes in every cell, the shallow one
+// too: with two water cells a range of three cells does, a range of two does not.
+TEST_F(ShallowCellDischargeTest, BottomRangeOfAllCellsBlendsWithTheShallowCell) {
+    ProfileScene scene;
+    scene.waterCells = 2;
+    scene.shallowCells = 1;
+    // Bottom edge: H 5 - last cell centre 1.5 - half a cell = 3.25 m of constant-fit bottom.
+    settings.NumTopCells = 3;  // the bottom takes the top's count ("Same Top and Bottom")
+    TakeProfile(0, scene);
+    const double blended = (50.0 * 0.3 + 100.0 * 1.0) / 1.3;  // shallow 0.3 m, two cells of 0.5 m
+    EXPECT_NEAR(working.BottomRangeMean.North, blended, 1e-9);
+    EXPECT_TRUE(Close(Result(0).BottomQ, blended * 3.25 * 0.02));
+
+    settings.NumTopCells = 2;
+    TakeProfile(0, scene);
+    EXPECT_DOUBLE_EQ(working.BottomRangeMean.North, 100.0);
+    EXPECT_TRUE(Close(Result(0).BottomQ, 100.0 * 3.25 * 0.02));
+}
+
 TEST_F(ShallowCellDischargeTest, ShallowCellAloneIsTheMeasuredLayer) {
     ProfileScene scene;
     scene.waterCells = 0;

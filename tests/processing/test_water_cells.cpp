@@ -6,6 +6,7 @@
 
 #include "processing/chain_fixture.h"
 #include "processing/processing_steps.h"
+#include "processing/signal_to_noise.h"
 
 namespace rm::test {
 namespace {
@@ -48,6 +49,10 @@ TEST_F(WaterCellsTest, CountIsClampedToTheProfile) {
 TEST_F(WaterCellsTest, FirstWeakCellInAnyBeamEndsTheProfile) {
     Raw(0).Amplitude(1, 3) = 6;  // 2.58 dB
     EXPECT_EQ(Count(), 3);
+    // A cell whose SNR equals the threshold is not weak.
+    settings.SnrThreshold = CellSnr(Raw(0), 1, 3);
+    EXPECT_EQ(Count(), 5);
+    settings.SnrThreshold = 3.0;
     Raw(0).header.raw[26 + 2] = 95;  // beam 3 noise: 5 counts above it everywhere
     EXPECT_EQ(Count(), 0);
     settings.SnrThreshold = 2.0;
