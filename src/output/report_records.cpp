@@ -208,6 +208,12 @@ void FillRecordsAndStatistics(const std::vector<ReportTransect>& active, const R
         s.total.push_back({column.key, total});
     }
 
+    for (size_t i = 0; i < rows.size(); ++i) {
+        ReportFields& fields = tree.records[i].fields;
+        for (const ReportField& text : active[i].rowTexts)
+            if (FindReportField(fields, text.key) == nullptr) fields.push_back(text);
+    }
+
     // Italics: a total discharge more than 5% from the mean of the absolute totals.
     if (totalDischarge.computed) {
         const double mean = totalDischarge.values.mean;

@@ -73,6 +73,9 @@ struct TransectFacts {
 struct ReportTransect {
     std::shared_ptr<const CDischargeData> record;
     TransectFacts facts;
+    // Texts added to the transect's row of Records after its own columns, such as its pictures
+    // as data URIs for a template that shows them. A key equal to a column's is dropped.
+    ReportFields rowTexts;
 };
 
 struct ReportSettings {

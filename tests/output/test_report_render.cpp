@@ -7,6 +7,7 @@
 #include <fstream>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "output/report_render.h"
 #include "output/report_tree.h"
@@ -105,6 +106,49 @@ TEST(ReportRender, ShippedTemplateFillsEveryPlaceholder) {
     const ReportTree empty = BuildReportTree({}, ReportSettings{});
     ASSERT_TRUE(RenderReportFile(root + "/Reports/Summary-Standard.htm", empty, html, error)) << error;
     EXPECT_NE(html.find("No transect is listed."), std::string::npos);
+}
+
+TEST(ReportRender, PicturesTemplateAddsEachTransectsPicturesAndTheStandardOneIgnoresThem) {
+    const std::string source = __FILE__;
+    const std::string root = source.substr(0, source.rfind("/tests/"));
+    ReportSettings s;
+    s.reportDate = "2026-11-24 08:00";
+    std::vector<ReportTransect> transects{{Transect("/d/A.kvr", 10.0f), {}}, {Transect("/d/B.dis", 11.0f), {}}};
+    const std::vector<ReportTransect> plain = transects;
+    transects[0].rowTexts = {{"ContourPicture", "data:image/png;base64,QUJD"},
+                             {"TrackPicture", "data:image/png;base64,REVG"},
+                             {"FileName", "not a column to replace"}};
+    const ReportTree withPictures = BuildReportTree(transects, s);
+    const ReportTree without = BuildReportTree(plain, s);
+    EXPECT_EQ(*FindReportField(withPictures.records[0].fields, "FileName"), "A");
+
+    std::string standardWith, standardWithout, pictures, error;
+    ASSERT_TRUE(RenderReportFile(root + "/Reports/Summary-Standard.htm", withPictures, standardWith, error)) << error;
+    ASSERT_TRUE(RenderReportFile(root + "/Reports/Summary-Standard.htm", without, standardWithout, error)) << error;
+    EXPECT_EQ(standardWith, standardWithout);
+
+    ASSERT_TRUE(RenderReportFile(root + "/Reports/Summary-Pictures.htm", withPictures, pictures, error)) << error;
+    EXPECT_EQ(pictures.find("{{"), std::string::npos);
+    // The data URIs go in as they are (not escaped), once each, in the first transect's section.
+    const size_t contour = pictures.find("<img src=\"data:image/png;base64,QUJD\"");
+    const size_t track = pictures.find("<img src=\"data:image/png;base64,REVG\"");
+    ASSERT_NE(contour, std::string::npos);
+    ASSERT_NE(track, std::string::npos);
+    EXPECT_LT(contour, track);
+    EXPECT_EQ(pictures.find("QUJD", contour + 40), std::string::npos);
+    const size_t second = pictures.find("<h3>2. B");
+    ASSERT_NE(second, std::string::npos);
+    EXPECT_LT(track, second);
+    EXPECT_NE(pictures.find("No pictures", second), std::string::npos);
+    EXPECT_EQ(pictures.find("No pictures"), pictures.find("No pictures", second));
+    // Everything the standard report shows is there too: its transect tables, row by row.
+    for (const char* piece : {"<h2>Transects</h2>", "<h2>Discharge (m3/s)</h2>", "<h2>Edges</h2>"}) {
+        const size_t a = standardWithout.find(piece), b = pictures.find(piece);
+        ASSERT_NE(a, std::string::npos) << piece;
+        ASSERT_NE(b, std::string::npos) << piece;
+        const size_t end = standardWithout.find("</table>", a);
+        EXPECT_EQ(pictures.substr(b, end - a), standardWithout.substr(a, end - a)) << piece;
+    }
 }
 
 }  // namespace
