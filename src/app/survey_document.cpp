@@ -49,6 +49,13 @@ ProcessingContext CSurveyKVRDoc::Context() {
     return ProcessingContext{data_, slots_, state_, settings_, *discharge_, working_};
 }
 
+const ProcessingContext CSurveyKVRDoc::ReadContext() const {
+    // The context holds references for the steps that write; a const context passes them on
+    // only to readers.
+    auto& self = const_cast<CSurveyKVRDoc&>(*this);
+    return ProcessingContext{self.data_, self.slots_, self.state_, settings_, *discharge_, self.working_};
+}
+
 const SlotResults* CSurveyKVRDoc::ResultsOf(int item) const {
     if (item < windowStart_ || item > windowEnd_ || slots_.empty()) return nullptr;
     const int ring = static_cast<int>(slots_.size());

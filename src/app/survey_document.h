@@ -138,6 +138,9 @@ public:
     const SlotResults* ResultsOf(int item) const;
     const ProfileSource& Source() const { return *source_; }
     ProcessingContext Context();
+    // The same context for readers that only look (the pictures): use it only through the
+    // processing functions that take a const ProcessingContext.
+    const ProcessingContext ReadContext() const;
 
     // --- settings ---
     void SetCoordinateSystem(int system);

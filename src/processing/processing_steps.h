@@ -20,6 +20,10 @@ void GpsTrackStep(ProcessingContext& ctx, int slot);
 // Number of usable cells; `shallowCells` receives 0 or 1.
 int CountWaterCells(ProcessingContext& ctx, int slot, bool useShallow, int& shallowCells);
 void DistanceStep(ProcessingContext& ctx, int slot);
+// The side-lobe limit of the profile in `slot`, metres below the surface: the depth down to
+// which the discard rule keeps cells (a percentage of the water below the transducer, or the
+// lower edge of the last cell kept when whole cells are discarded). MissingValue without a depth.
+double SideLobeCutOffDepth(const ProcessingContext& ctx, int slot);
 // Water velocity per axis and cell in the current coordinate system and reference, cm/s.
 void GetVelocities(const ProcessingContext& ctx, int slot, VelocityArrays& out);
 // The shallow-water cell's vector through the same chain; false when it is missing.

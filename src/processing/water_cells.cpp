@@ -92,4 +92,19 @@ int CountWaterCells(ProcessingContext& ctx, int slot, bool useShallow, int& shal
     return c;
 }
 
+double SideLobeCutOffDepth(const ProcessingContext& ctx, int slot) {
+    slot = NormalSlot(ctx, slot);
+    const double d = GetDepth(ctx, slot, 1);
+    if (!(d < MissingValue)) return MissingValue;
+    const ProcessingSettings& s = ctx.settings;
+    const double t = GetTransducerDepth(ctx);
+    if (s.DiscardType == kDiscardPercent) return t + d * (100 - s.DiscardPercent) * 0.01;
+    if (s.DiscardType == kDiscardCells) {
+        const double blank = ctx.data.user.BlankDistance * 0.01;
+        const double cell = ctx.data.user.CellSizeCm * 0.01;
+        return t + blank + cell / 2.0 + CellsAboveDiscard(s, d, blank, cell) * cell;
+    }
+    return MissingValue;
+}
+
 }  // namespace rm
