@@ -27,6 +27,7 @@ run: build
 
 bench: build
 	@$(BUILD_DIR)/bin/bench_read_profiles
+	@for b in bench_contour bench_track_map; do if [ -x $(BUILD_DIR)/bin/$$b ]; then $(BUILD_DIR)/bin/$$b; fi; done
 
 clean:
 	@rm -rf $(BUILD_DIR)

@@ -57,14 +57,18 @@ public:
     double CellBottom(int cell) const { return (cell + 1.5) * window_.CellSize() + window_.CellOffset(); }
 
 private:
+    struct Columns;  // the pixel columns of every profile for one paint
+
     double X(int item) const { return window_.XPosition(item, view_.xAxis); }
     // The X where the item's strip ends; `assumeNewest` treats the item as the newest one.
     double StripEnd(int item, bool assumeNewest) const;
     std::pair<int, int> StripPixels(const PlotMapping& m, int item, bool assumeNewest) const;
     void PaintBand(QPainter& painter, const QRect& rect, const PlotMapping& m, int left, int right) const;
-    void PaintCells(QPainter& painter, const QRect& rect, const PlotMapping& m, int left, int right) const;
-    void PaintBottom(QPainter& painter, const QRect& rect, const PlotMapping& m) const;
-    void PaintCutOff(QPainter& painter, const PlotMapping& m) const;
+    void PaintCells(QPainter& painter, const QRect& rect, const PlotMapping& m, const Columns& c, int left,
+                    int right) const;
+    void PaintBottom(QPainter& painter, const QRect& rect, const PlotMapping& m, const Columns& c, int left,
+                     int right) const;
+    void PaintCutOff(QPainter& painter, const PlotMapping& m, const Columns& c, int left, int right) const;
 
     const ProcessedWindow& window_;
     const ContourViewState& view_;

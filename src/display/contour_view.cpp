@@ -103,6 +103,16 @@ ContourViewState DefaultContourView(const ProcessedWindow& window, DisplayVariab
     return view;
 }
 
+void ApplyStoredChoices(const CfgDisplay& display, const AppSettings& app, ContourViewState& view) {
+    if (const std::optional<DisplayVariable> v = ContourVariableOfCode(display.contourDisplayVariable)) view.variable = *v;
+    if (ComponentAllowed(view.variable, display.contourDisplayComponent)) view.component = display.contourDisplayComponent;
+    if (display.showXAxisAs <= static_cast<uint8_t>(XAxisMode::FixedDistance))
+        view.xAxis = static_cast<XAxisMode>(display.showXAxisAs);
+    view.showBottom = app.Get(app_keys::ShowBottomDepth) != 0;
+    view.showCutOff = app.Get(app_keys::ShowCutOffDepth) != 0;
+    view.showBadBottomTrack = app.Get(app_keys::ShowBadBottomTrack) != 0;
+}
+
 DialogCheck CheckContourScale(double minimum, double maximum, double step) {
     if (!(step > 0.0)) return DialogCheck::Fail("Step", kContourStepMessage);
     if (!(maximum > minimum)) return DialogCheck::Fail("Maximum", kContourRangeMessage);

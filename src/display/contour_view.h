@@ -6,6 +6,8 @@
 
 #include <QColor>
 
+#include "app/app_settings.h"
+#include "data/cfg_file.h"
 #include "display/display_variable.h"
 #include "display/processed_window.h"
 #include "processing/dialog_check.h"
@@ -49,6 +51,12 @@ void SetXRange(const ProcessedWindow& window, ContourViewState& view);
 // outward to a round step (0 to the largest for speeds).
 ContourViewState DefaultContourView(const ProcessedWindow& window, DisplayVariable variable, int component,
                                     XAxisMode mode);
+
+// The choices the settings keep, into a view: "ContourDisplayVariable" (a code without a drawing
+// leaves the variable as it is), "ContourDisplayComponent" and "ShowXAxisAs" of the document's
+// Display node, and "ShowBottomDepth", "ShowCutOffDepth", "ShowBadBottomTrack" of the
+// application's General node.
+void ApplyStoredChoices(const CfgDisplay& display, const AppSettings& app, ContourViewState& view);
 
 // The contour scale dialog: "Contour step size must be greater than zero".
 DialogCheck CheckContourScale(double minimum, double maximum, double step);

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstdio>
 
+#include <QBuffer>
+#include <QByteArray>
 #include <QFile>
 #include <QImage>
 #include <QPageLayout>
@@ -29,14 +31,14 @@ std::string LowerExtension(const std::string& path) {
     return ext;
 }
 
-bool PaintPng(const QString& path, const QSize& size, const PaintFunction& paint) {
+QImage PaintImage(const QSize& size, const PaintFunction& paint) {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
     {
         QPainter painter(&image);
         paint(painter, QRect(QPoint(0, 0), size));
     }
-    return image.save(path, "PNG");
+    return image;
 }
 
 bool PaintPdf(QFile& file, const QSize& size, const PaintFunction& paint) {
@@ -77,6 +79,15 @@ std::optional<PictureFormat> PictureFormatOf(const std::string& path) {
     return std::nullopt;
 }
 
+std::string PictureAsPng(const QSize& size, const PaintFunction& paint) {
+    if (size.width() < 1 || size.height() < 1) return std::string();
+    EnsureGuiApplication();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly) || !PaintImage(size, paint).save(&buffer, "PNG")) return std::string();
+    return std::string(bytes.constData(), static_cast<size_t>(bytes.size()));
+}
+
 bool WritePicture(const std::string& path, const QSize& size, const PaintFunction& paint, std::string& error) {
     const std::optional<PictureFormat> format = PictureFormatOf(path);
     if (!format) {
@@ -91,7 +102,7 @@ bool WritePicture(const std::string& path, const QSize& size, const PaintFunctio
     const QString part = QString::fromStdString(path + ".part");
     bool ok = false;
     if (*format == PictureFormat::Png) {
-        ok = PaintPng(part, size, paint);
+        ok = PaintImage(size, paint).save(part, "PNG");
     } else {
         QFile file(part);
         if (file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {

@@ -22,6 +22,10 @@ std::optional<PictureFormat> PictureFormatOf(const std::string& path);
 
 using PaintFunction = std::function<void(QPainter& painter, const QRect& area)>;
 
+// The picture as the bytes of a PNG file (empty when it could not be made), for pictures
+// embedded in another document such as a report.
+std::string PictureAsPng(const QSize& size, const PaintFunction& paint);
+
 // Paints into a picture of `size` and writes it to `path`. False with the reason in `error`.
 bool WritePicture(const std::string& path, const QSize& size, const PaintFunction& paint, std::string& error);
 

@@ -92,6 +92,21 @@ TEST_F(HostileFiles, EveryRefusalHasItsStatusAndMessage) {
          "--first and --last must lie between 1 and 6 (the profiles of the file)\n"},
         {{"process", "{small}", "--every", "2", "--average", "2"}, 64, ""},
         {{"export", "{small}", "--format", "xyz"}, 64, ""}, {{"info", "--help"}, 0, ""},
+        {{"plot", "{small}"}, 64, ""}, {{"plot", "{small}", "--what", "map", "-o", "{dir}/p.png"}, 64, ""},
+        {{"plot", "{small}", "--size", "0x10", "-o", "{dir}/p.png"}, 64,
+         "--size: WIDTHxHEIGHT in pixels, each from 1 to 20000 (got \"0x10\")\n"},
+        {{"plot", "{small}", "--size", "big", "-o", "{dir}/p.png"}, 64, ""},
+        {{"plot", "{small}", "-o", "{dir}/p.gif"}, 64,
+         "-o: the picture must be a .png, .svg or .pdf file (got \"{dir}/p.gif\")\n"},
+        {{"plot", "{small}", "--variable", "stddev", "-o", "{dir}/p.png"}, 64,
+         "--variable: unknown contour variable \"stddev\" (velocity, amplitude, snr or velocity-3d)\n"},
+        {{"plot", "{small}", "--variable", "amplitude", "--component", "direction", "-o", "{dir}/p.png"}, 64,
+         "--component: \"direction\" is no component of this variable\n"},
+        {{"plot", "{small}", "--what", "profiles", "--variable", "velocity,speed", "-o", "{dir}/p.png"}, 64, ""},
+        {{"plot", "{small}", "--what", "profiles", "--profile", "9", "-o", "{dir}/p.png"}, 64,
+         "--profile must lie between 1 and 6\n"},
+        {{"plot", "{empty}", "-o", "{dir}/p.png"}, 2, ""},
+        {{"plot", "{absent}", "-o", "{dir}/p.png"}, 2, "{absent}: cannot open the file\n"},
     };
     WriteFileBytes(dir.File("empty.kvr"), {});
     const std::pair<std::string, std::string> stands[] = {{"{small}", small},
@@ -113,6 +128,8 @@ TEST_F(HostileFiles, EveryRefusalHasItsStatusAndMessage) {
         if (!r.message.empty()) {
             EXPECT_EQ(run.err, resolve(r.message)) << what;
         }
+        // A refused plot leaves no picture behind, not even an empty one.
+        EXPECT_FALSE(std::filesystem::exists(dir.File("p.png"))) << what;
     }
 }
 

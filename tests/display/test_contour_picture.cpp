@@ -109,6 +109,22 @@ TEST_F(Contour, TheBedIsHatchedAtFortyFiveDegreesAndOutlined) {
     EXPECT_TRUE(outline);
 }
 
+TEST_F(Contour, TheSideLobeLimitRunsAtNinetyPercentOfTheWaterBelowTheTransducer) {
+    const ProcessedWindow w(*river->document);
+    ContourViewState view = DefaultContourView(w, DisplayVariable::Velocity, kNorth, XAxisMode::Profiles);
+    const QImage image = Draw(w, view, rect);
+    const PlotMapping m = ContourPicture(w, view).Mapping(rect);
+    const double t = w.Context().data.user.SensorDepth * 0.01;  // the default discard: 10 %
+    for (int item : {8, 20, 31}) {
+        const double cut = t + (w.Results(item).minDepth - t) * 0.9;
+        const int x = m.x.ToPixel(item);
+        bool found = false;
+        for (int dy = -2; dy <= 2; ++dy) found |= Pixel(image, x, m.y.ToPixel(cut) + dy) == qRgb(255, 0, 255);
+        EXPECT_TRUE(found) << "profile " << item;
+        EXPECT_LT(m.y.ToPixel(cut), m.y.ToPixel(w.BottomDepth(item)));
+    }
+}
+
 TEST_F(Contour, ACellCutByTheTopOfTheWindowIsDrawnInTheFirstRow) {
     const ProcessedWindow w(*river->document);
     ContourViewState view = DefaultContourView(w, DisplayVariable::Velocity, kNorth, XAxisMode::Profiles);
